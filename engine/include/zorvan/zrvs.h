@@ -1,0 +1,320 @@
+/*
+ * zrvs.h - C interface of the Zorvan Optimizer (main optimiser).
+ *
+ * Conventions
+ *  - Every function returns an int status: 0 on success, non-zero on failure.
+ *    A failure leaves the problem unchanged and sets an error text, readable per
+ *    problem with ZRVSgetlasterror and globally with ZRVS_ge_getlasterror.
+ *  - Index ranges are first..last, inclusive. 1e20 is infinity.
+ *  - Names are passed as NUL-separated packed buffers.
+ *  - Distinct problems may be used from distinct threads at the same time; one
+ *    problem is used by one thread at a time. Callbacks may run on engine threads.
+ */
+#ifndef ZORVAN_ZRVS_H
+#define ZORVAN_ZRVS_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#define ZRVS_API __declspec(dllimport)
+#else
+#define ZRVS_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct zrvs_problem *ZRVSprob;
+
+/* ---- Limits and special values ---------------------------------------- */
+#define ZRVS_PLUSINFINITY 1.0e20
+#define ZRVS_MINUSINFINITY (-1.0e20)
+#define ZRVS_MAXVERSIONLENGTH 32   /* buffer size for ZRVSgetversion */
+#define ZRVS_MAXBANNERLENGTH 512   /* buffer size for ZRVSgetbanner */
+#define ZRVS_MAXMESSAGELENGTH 512  /* buffer size for ZRVSgetlasterror */
+#define ZRVS_MAXSTRINGLENGTH 2048  /* longest string control or attribute */
+#define ZRVS_MAXNAMELENGTH 1024    /* longest problem name */
+
+/* ---- Error codes (ZRVS_ge_getlasterror and ZRVSgetintattrib(ZRVS_ERRORCODE)) */
+#define ZRVS_ERR_NONE 0
+#define ZRVS_ERR_NOTSTARTED 1  /* the environment is not started */
+#define ZRVS_ERR_ARGUMENT 2    /* an argument is invalid */
+#define ZRVS_ERR_MEMORY 3      /* out of memory */
+#define ZRVS_ERR_UNSUPPORTED 4 /* the engine cannot do what was asked */
+#define ZRVS_ERR_FILE 5        /* a file could not be read or written */
+#define ZRVS_ERR_UNKNOWNID 6   /* unknown control or attribute */
+#define ZRVS_ERR_INTERNAL 7    /* an engine fault */
+
+/* ---- Message types passed to message callbacks ------------------------- */
+#define ZRVS_MSG_FLUSH 0   /* no text: flush buffered output */
+#define ZRVS_MSG_INFO 1
+#define ZRVS_MSG_WARNING 3
+#define ZRVS_MSG_ERROR 4
+
+/* ---- Control and attribute types (ZRVSgetcontrolinfo, ZRVSgetattribinfo) */
+#define ZRVS_TYPE_NOTDEFINED 0
+#define ZRVS_TYPE_INT 1
+#define ZRVS_TYPE_INT64 2
+#define ZRVS_TYPE_DOUBLE 3
+#define ZRVS_TYPE_STRING 4
+
+/* ---- Flags of catalogue entries (ZRVSgetcalist_c, ZRVSgetcalist_d) ----- */
+#define ZRVS_CAFLAG_INT 0x01     /* integer value (32 or 64 bit) */
+#define ZRVS_CAFLAG_DOUBLE 0x02  /* double value */
+#define ZRVS_CAFLAG_STRING 0x04  /* string value */
+#define ZRVS_CAFLAG_INT64 0x08   /* with ZRVS_CAFLAG_INT: a 64-bit integer */
+#define ZRVS_CAFLAG_CONTROL 0x20 /* a control; clear: an attribute */
+
+/* ---- Integer attributes ------------------------------------------------ */
+#define ZRVS_ROWS 1001
+#define ZRVS_SETS 1004
+#define ZRVS_LPSTATUS 1010
+#define ZRVS_MIPSTATUS 1011
+#define ZRVS_COLS 1018
+#define ZRVS_SPAREROWS 1019
+#define ZRVS_ORIGINALSETS 1028
+#define ZRVS_QELEMS 1030
+#define ZRVS_MIPENTS 1032
+#define ZRVS_SOLSTATUS 1053
+#define ZRVS_STOPSTATUS 1054
+#define ZRVS_ORIGINALROWS 1124
+#define ZRVS_PROBNAMELENGTH 1158
+#define ZRVS_ORIGINALMIPENTS 1194
+#define ZRVS_ORIGINALCOLS 1214
+#define ZRVS_INDICATORS 1325
+#define ZRVS_GENCONS 1327
+#define ZRVS_SOLVESTATUS 1394
+#define ZRVS_SOLVEDOBJS 1397
+#define ZRVS_OBJECTIVES 1399
+/* 64-bit integer attributes */
+#define ZRVS_ELEMS 1501
+/* Double attributes */
+#define ZRVS_LPOBJVAL 2001
+#define ZRVS_MIPOBJVAL 2003
+#define ZRVS_OBJSENSE 2008
+/* String attributes */
+#define ZRVS_PROBNAME 3001
+
+/* ---- Controls ----------------------------------------------------------- */
+/* Double controls */
+#define ZRVS_FEASTOL 7000       /* primal feasibility tolerance */
+#define ZRVS_OPTIMALITYTOL 7001 /* dual feasibility (optimality) tolerance */
+#define ZRVS_MIPABSSTOP 7002    /* stop the MIP search at this absolute gap */
+#define ZRVS_MIPRELSTOP 7003    /* stop the MIP search at this relative gap */
+#define ZRVS_MIPTOL 7004        /* integrality tolerance */
+#define ZRVS_TIMELIMIT 7005     /* seconds; 1e20 or more: none */
+/* Integer controls */
+#define ZRVS_LPITERLIMIT 8000 /* simplex and barrier iteration limit */
+#define ZRVS_MAXNODE 8003     /* branch-and-bound node limit */
+#define ZRVS_DEFAULTALG 8004  /* 1 automatic, 2 dual simplex, 3 primal simplex, 4 barrier */
+#define ZRVS_RANDOMSEED 8005
+#define ZRVS_PRESOLVE 8011    /* 1 presolve, 0 none */
+#define ZRVS_OUTPUTLOG 8035   /* 0 silent, 1 summary messages, 2 and up: solver log */
+#define ZRVS_THREADS 8278     /* -1 automatic, else the number of threads */
+/* String controls */
+#define ZRVS_OUTPUTPREFIX 8901 /* text put before every message line */
+
+/* Values of ZRVS_LPSTATUS */
+#define ZRVS_LP_UNSTARTED 0
+#define ZRVS_LP_OPTIMAL 1
+#define ZRVS_LP_INFEAS 2
+#define ZRVS_LP_CUTOFF 3
+#define ZRVS_LP_UNFINISHED 4
+#define ZRVS_LP_UNBOUNDED 5
+#define ZRVS_LP_CUTOFF_IN_DUAL 6
+#define ZRVS_LP_UNSOLVED 7
+#define ZRVS_LP_NONCONVEX 8
+/* Values of ZRVS_MIPSTATUS */
+#define ZRVS_MIP_NOT_LOADED 0
+#define ZRVS_MIP_LP_NOT_OPTIMAL 1
+#define ZRVS_MIP_LP_OPTIMAL 2
+#define ZRVS_MIP_NO_SOL_FOUND 3
+#define ZRVS_MIP_SOLUTION 4
+#define ZRVS_MIP_INFEAS 5
+#define ZRVS_MIP_OPTIMAL 6
+#define ZRVS_MIP_UNBOUNDED 7
+/* Values of ZRVS_SOLVESTATUS */
+#define ZRVS_SOLVESTATUS_UNSTARTED 0
+#define ZRVS_SOLVESTATUS_STOPPED 1
+#define ZRVS_SOLVESTATUS_FAILED 2
+#define ZRVS_SOLVESTATUS_COMPLETED 3
+/* Values of ZRVS_SOLSTATUS */
+#define ZRVS_SOLSTATUS_NOTFOUND 0
+#define ZRVS_SOLSTATUS_OPTIMAL 1
+#define ZRVS_SOLSTATUS_FEASIBLE 2
+#define ZRVS_SOLSTATUS_INFEASIBLE 3
+#define ZRVS_SOLSTATUS_UNBOUNDED 4
+/* Stop reasons (ZRVSinterrupt, ZRVS_STOPSTATUS) */
+#define ZRVS_STOP_NONE 0
+#define ZRVS_STOP_TIMELIMIT 1
+#define ZRVS_STOP_CTRLC 2
+#define ZRVS_STOP_NODELIMIT 3
+#define ZRVS_STOP_ITERLIMIT 4
+#define ZRVS_STOP_MIPGAP 5
+#define ZRVS_STOP_SOLLIMIT 6
+#define ZRVS_STOP_GENERICERROR 7
+#define ZRVS_STOP_MEMORYERROR 8
+#define ZRVS_STOP_USER 9
+#define ZRVS_STOP_SOLVECOMPLETE 10
+#define ZRVS_STOP_NUMERICALERROR 13
+
+/* ======================================================================== */
+/* Environment                                                               */
+/* ======================================================================== */
+
+/* Starts the environment. Starts nest: each successful ZRVSinit needs one
+ * ZRVSfree. path names the installation directory; NULL or "" takes the
+ * directory named by the environment variable ZORVANDIR, or none. A directory
+ * that is given must exist. */
+ZRVS_API int ZRVSinit(const char *path);
+/* Stops the environment once. Fails when it is not started. */
+ZRVS_API int ZRVSfree(void);
+/* How many starts are not yet matched by a stop. Never fails. */
+ZRVS_API int ZRVSgetinitcount(void);
+
+/* Version text "major.minor.build" into a buffer of ZRVS_MAXVERSIONLENGTH. */
+ZRVS_API int ZRVSgetversion(char *version);
+/* Version numbers; any pointer may be NULL. */
+ZRVS_API int ZRVSgetversionnumbers(int *major, int *minor, int *build);
+/* One-line banner (engine and solver versions) into ZRVS_MAXBANNERLENGTH bytes. */
+ZRVS_API int ZRVSgetbanner(char *banner);
+
+/* Checked mode (on by default): every call validates its problem handle
+ * against the live problems, so a destroyed or foreign handle is reported as
+ * an error instead of being used. Off: only NULL handles are caught. */
+ZRVS_API int ZRVSgetcheckedmode(int *checked);
+ZRVS_API int ZRVSsetcheckedmode(int checked);
+
+/* Architecture consistency (off by default): solves run with a fixed number
+ * of threads, so results do not depend on the machine's core count. */
+ZRVS_API int ZRVS_ge_setarchconsistency(int ifarchconsistent);
+ZRVS_API int ZRVS_ge_getarchconsistency(int *ifarchconsistent);
+
+/* Remote computation: this engine solves in-process only. The value is 0;
+ * setting 0 succeeds, setting any other value fails with ZRVS_ERR_UNSUPPORTED. */
+ZRVS_API int ZRVS_ge_setcomputeallowed(int allow);
+ZRVS_API int ZRVS_ge_getcomputeallowed(int *allow);
+
+/* *status = 1 when the engine provides the named feature (case-insensitive),
+ * 0 otherwise. ZRVSgetfeaturelist gives the NUL-separated list of the names
+ * known to the engine, ending with an empty name. */
+ZRVS_API int ZRVSfeaturequery(const char *feature, int *status);
+ZRVS_API const char *ZRVSgetfeaturelist(void);
+
+/* The last error of a call that failed without a problem (environment and
+ * global calls, ZRVScreateprob), per thread. msg may be NULL; *nbytes (if not
+ * NULL) receives the full length of the text. */
+ZRVS_API int ZRVS_ge_getlasterror(int *msgcode, char *msg, int maxbytes, int *nbytes);
+
+/* Global message handlers receive every message of the engine: messages of
+ * problems (object is the ZRVSprob) and of the environment (object NULL).
+ * Handlers run in order of decreasing priority, then of registration.
+ * Return 0; a non-zero return is ignored. Needs a started environment. */
+typedef int (*ZRVS_msghandler)(void *object, void *data, void *thread,
+                               const char *msg, int len, int msgtype);
+ZRVS_API int ZRVS_ge_addcbmsghandler(ZRVS_msghandler f, void *data, int priority);
+/* Removes the handlers equal to f (all handlers if f is NULL) whose data is
+ * data (any data if data is NULL). */
+ZRVS_API int ZRVS_ge_removecbmsghandler(ZRVS_msghandler f, void *data);
+
+/* The type name of an engine object: "ZRVSprob" for a live problem,
+ * "ZSLPprob" for a live nonlinear problem. Fails for anything else. */
+ZRVS_API int ZRVSgetobjecttypename(const void *object, const char **name);
+
+/* ======================================================================== */
+/* Problems                                                                  */
+/* ======================================================================== */
+
+/* Creates an empty problem named "noname". Needs a started environment. */
+ZRVS_API int ZRVScreateprob(ZRVSprob *prob);
+/* Destroys a problem (and a nonlinear problem attached to it). */
+ZRVS_API int ZRVSdestroyprob(ZRVSprob prob);
+/* Copies model, name and controls of src into dest. name NULL or "" keeps
+ * src's name. Callbacks are not copied. */
+ZRVS_API int ZRVScopyprob(ZRVSprob dest, ZRVSprob src, const char *name);
+
+/* Replaces the model by an LP. rowtype 'L','G','E','R','N'; rng only for 'R'
+ * rows (NULL: none); obj, lb, ub NULL: 0, 0, infinity. The matrix is given
+ * by columns: start[ncols] offsets (start[ncols] optional when collen is
+ * given), collen[ncols] lengths (NULL: start[j+1]-start[j]), rowind, rowcoef. */
+ZRVS_API int ZRVSloadlp(ZRVSprob prob, const char *probname, int ncols, int nrows,
+                        const char rowtype[], const double rhs[], const double rng[],
+                        const double obj[], const int start[], const int collen[],
+                        const int rowind[], const double rowcoef[],
+                        const double lb[], const double ub[]);
+ZRVS_API int ZRVSloadlp64(ZRVSprob prob, const char *probname, int ncols, int nrows,
+                          const char rowtype[], const double rhs[], const double rng[],
+                          const double obj[], const int64_t start[], const int collen[],
+                          const int rowind[], const double rowcoef[],
+                          const double lb[], const double ub[]);
+
+ZRVS_API int ZRVSsetprobname(ZRVSprob prob, const char *probname);
+/* Name into a buffer of at least ZRVS_PROBNAMELENGTH + 1 bytes. */
+ZRVS_API int ZRVSgetprobname(ZRVSprob prob, char *name);
+
+/* The text of the problem's last error into ZRVS_MAXMESSAGELENGTH bytes
+ * ("" when none). */
+ZRVS_API int ZRVSgetlasterror(ZRVSprob prob, char *errmsg);
+
+/* Message callbacks of one problem, called in order of decreasing priority.
+ * msg is NULL and msgtype ZRVS_MSG_FLUSH for a flush request. */
+typedef void (*ZRVS_cbmessage)(ZRVSprob prob, void *data, const char *msg,
+                               int len, int msgtype);
+ZRVS_API int ZRVSaddcbmessage(ZRVSprob prob, ZRVS_cbmessage f, void *data, int priority);
+/* Removes the callbacks equal to f (all if NULL) with data data (any if NULL). */
+ZRVS_API int ZRVSremovecbmessage(ZRVSprob prob, ZRVS_cbmessage f, void *data);
+
+/* Asks a running solve to stop at its next check, with a stop reason
+ * (ZRVS_STOP_...). Safe to call from any thread while the problem solves.
+ * A request made while no solve runs is discarded when the next solve starts. */
+ZRVS_API int ZRVSinterrupt(ZRVSprob prob, int reason);
+
+/* ======================================================================== */
+/* Controls and attributes                                                   */
+/* ======================================================================== */
+
+/* The catalogue of controls and attributes: parallel arrays that end with an
+ * entry whose identifier is 0 (and whose name is NULL). The arrays belong to
+ * the engine and stay valid while the library is loaded. */
+ZRVS_API int ZRVSgetcalist_c(const int **ids, const char *const **names, const int **flags);
+/* The same without names, for lookups by identifier. */
+ZRVS_API int ZRVSgetcalist_d(const int **ids, const int **flags);
+
+/* Identifier and type (ZRVS_TYPE_...) of a control or attribute by name
+ * (case-insensitive). An unknown name gives id 0 and ZRVS_TYPE_NOTDEFINED. */
+ZRVS_API int ZRVSgetcontrolinfo(ZRVSprob prob, const char *name, int *id, int *type);
+ZRVS_API int ZRVSgetattribinfo(ZRVSprob prob, const char *name, int *id, int *type);
+
+ZRVS_API int ZRVSgetintcontrol(ZRVSprob prob, int control, int *value);
+ZRVS_API int ZRVSgetintcontrol64(ZRVSprob prob, int control, int64_t *value);
+ZRVS_API int ZRVSgetdblcontrol(ZRVSprob prob, int control, double *value);
+/* String controls: ZRVSgetstrcontrol needs ZRVS_MAXSTRINGLENGTH bytes;
+ * ZRVSgetstringcontrol writes at most maxbytes (NUL included) and gives the
+ * full length in *nbytes. */
+ZRVS_API int ZRVSgetstrcontrol(ZRVSprob prob, int control, char *value);
+ZRVS_API int ZRVSgetstringcontrol(ZRVSprob prob, int control, char *value, int maxbytes,
+                                  int *nbytes);
+ZRVS_API int ZRVSsetintcontrol(ZRVSprob prob, int control, int value);
+ZRVS_API int ZRVSsetintcontrol64(ZRVSprob prob, int control, int64_t value);
+ZRVS_API int ZRVSsetdblcontrol(ZRVSprob prob, int control, double value);
+ZRVS_API int ZRVSsetstrcontrol(ZRVSprob prob, int control, const char *value);
+/* Every control back to its default. */
+ZRVS_API int ZRVSsetdefaults(ZRVSprob prob);
+/* One control back to its default. */
+ZRVS_API int ZRVSsetdefaultcontrol(ZRVSprob prob, int control);
+/* Copies every control of src into dest. */
+ZRVS_API int ZRVScopycontrols(ZRVSprob dest, ZRVSprob src);
+
+ZRVS_API int ZRVSgetintattrib(ZRVSprob prob, int attrib, int *value);
+ZRVS_API int ZRVSgetintattrib64(ZRVSprob prob, int attrib, int64_t *value);
+ZRVS_API int ZRVSgetdblattrib(ZRVSprob prob, int attrib, double *value);
+ZRVS_API int ZRVSgetstrattrib(ZRVSprob prob, int attrib, char *value);
+ZRVS_API int ZRVSgetstringattrib(ZRVSprob prob, int attrib, char *value, int maxbytes,
+                                 int *nbytes);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZORVAN_ZRVS_H */

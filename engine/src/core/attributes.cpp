@@ -1,0 +1,117 @@
+// Attribute queries: each value is computed from the problem's model and the
+// results of its last solve.
+#include "core/problem.h"
+
+using namespace zorvan;
+
+namespace {
+
+const CatalogueEntry &attribute_entry(int id, const char *who) {
+  const CatalogueEntry *e = main_catalogue().find(id);
+  if (!e) fail(ZRVS_ERR_UNKNOWNID, "%s: unknown attribute %d", who, id);
+  if (e->control) fail(ZRVS_ERR_UNKNOWNID, "%s: %d (%s) is a control, not an attribute", who, id, e->name);
+  return *e;
+}
+
+int64_t int_attribute(const zrvs_problem &p, int id, const char *who) {
+  const CatalogueEntry &e = attribute_entry(id, who);
+  if (e.type != ValueType::integer && e.type != ValueType::integer64)
+    fail(ZRVS_ERR_ARGUMENT, "%s: attribute %s is not an integer", who, e.name);
+  const Model &m = p.model;
+  switch (id) {
+    case ZRVS_ROWS:
+    case ZRVS_ORIGINALROWS: return m.rows();
+    case ZRVS_COLS:
+    case ZRVS_ORIGINALCOLS: return m.cols();
+    case ZRVS_MIPENTS:
+    case ZRVS_ORIGINALMIPENTS: return m.mipents();
+    case ZRVS_ELEMS: return m.elems();
+    case ZRVS_PROBNAMELENGTH: return static_cast<int64_t>(m.name.size());
+    case ZRVS_LPSTATUS: return p.results.lpstatus;
+    case ZRVS_MIPSTATUS: return p.results.mipstatus;
+    case ZRVS_SOLSTATUS: return p.results.solstatus;
+    case ZRVS_SOLVESTATUS: return p.results.solvestatus;
+    case ZRVS_STOPSTATUS: return p.results.stopstatus;
+    case ZRVS_SOLVEDOBJS: return p.results.solvedobjs;
+    case ZRVS_OBJECTIVES: return 1;
+    // The engine keeps no spare rows; sets, quadratic entries, indicators and
+    // general constraints are not part of the stored model yet.
+    case ZRVS_SPAREROWS:
+    case ZRVS_SETS:
+    case ZRVS_ORIGINALSETS:
+    case ZRVS_QELEMS:
+    case ZRVS_INDICATORS:
+    case ZRVS_GENCONS: return 0;
+  }
+  fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
+}
+
+double dbl_attribute(const zrvs_problem &p, int id, const char *who) {
+  const CatalogueEntry &e = attribute_entry(id, who);
+  if (e.type != ValueType::real)
+    fail(ZRVS_ERR_ARGUMENT, "%s: attribute %s is not a double", who, e.name);
+  switch (id) {
+    case ZRVS_LPOBJVAL: return p.results.lpobjval;
+    case ZRVS_MIPOBJVAL: return p.results.mipobjval;
+    case ZRVS_OBJSENSE: return p.model.objsense;
+  }
+  fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
+}
+
+std::string str_attribute(const zrvs_problem &p, int id, const char *who) {
+  const CatalogueEntry &e = attribute_entry(id, who);
+  if (e.type != ValueType::string)
+    fail(ZRVS_ERR_ARGUMENT, "%s: attribute %s is not a string", who, e.name);
+  switch (id) {
+    case ZRVS_PROBNAME: return p.model.name;
+  }
+  fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
+}
+
+}  // namespace
+
+extern "C" {
+
+int ZRVSgetintattrib(ZRVSprob prob, int attrib, int *value) {
+  return problem_call(prob, "ZRVSgetintattrib", [&](zrvs_problem &p) {
+    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetintattrib: the output pointer is NULL");
+    int64_t v = int_attribute(p, attrib, "ZRVSgetintattrib");
+    if (v > INT32_MAX || v < INT32_MIN)
+      fail(ZRVS_ERR_ARGUMENT,
+           "ZRVSgetintattrib: the value of attribute %d does not fit in 32 bits; use "
+           "ZRVSgetintattrib64",
+           attrib);
+    *value = static_cast<int>(v);
+  });
+}
+
+int ZRVSgetintattrib64(ZRVSprob prob, int attrib, int64_t *value) {
+  return problem_call(prob, "ZRVSgetintattrib64", [&](zrvs_problem &p) {
+    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetintattrib64: the output pointer is NULL");
+    *value = int_attribute(p, attrib, "ZRVSgetintattrib64");
+  });
+}
+
+int ZRVSgetdblattrib(ZRVSprob prob, int attrib, double *value) {
+  return problem_call(prob, "ZRVSgetdblattrib", [&](zrvs_problem &p) {
+    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetdblattrib: the output pointer is NULL");
+    *value = dbl_attribute(p, attrib, "ZRVSgetdblattrib");
+  });
+}
+
+int ZRVSgetstrattrib(ZRVSprob prob, int attrib, char *value) {
+  return problem_call(prob, "ZRVSgetstrattrib", [&](zrvs_problem &p) {
+    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetstrattrib: the output pointer is NULL");
+    copy_text(str_attribute(p, attrib, "ZRVSgetstrattrib"), value, ZRVS_MAXSTRINGLENGTH);
+  });
+}
+
+int ZRVSgetstringattrib(ZRVSprob prob, int attrib, char *value, int maxbytes, int *nbytes) {
+  return problem_call(prob, "ZRVSgetstringattrib", [&](zrvs_problem &p) {
+    std::string text = str_attribute(p, attrib, "ZRVSgetstringattrib");
+    if (nbytes) *nbytes = static_cast<int>(text.size()) + 1;
+    if (value && maxbytes > 0) copy_text(text, value, static_cast<size_t>(maxbytes));
+  });
+}
+
+}  // extern "C"

@@ -1,0 +1,71 @@
+// The engine's problem object behind the ZRVSprob handle.
+#pragma once
+#include <atomic>
+#include <string>
+#include <vector>
+
+#include "core/api.h"
+#include "core/catalogue.h"
+#include "core/environment.h"
+#include "core/registry.h"
+#include "model/model.h"
+#include "zorvan/zrvs.h"
+#include "zorvan/zslp.h"
+
+// Results of the last solve; statuses use the ZRVS_* values.
+struct SolveState {
+  int lpstatus = ZRVS_LP_UNSTARTED;
+  int mipstatus = ZRVS_MIP_NOT_LOADED;
+  int solvestatus = ZRVS_SOLVESTATUS_UNSTARTED;
+  int solstatus = ZRVS_SOLSTATUS_NOTFOUND;
+  int stopstatus = ZRVS_STOP_NONE;
+  int solvedobjs = 0;
+  double lpobjval = 0.0;
+  double mipobjval = 0.0;
+};
+
+struct zrvs_problem {
+  zrvs_problem() : controls(zorvan::main_catalogue()) {}
+
+  zorvan::Model model;
+  zorvan::ControlValues controls;
+  SolveState results;
+  std::string last_error;
+  struct MessageCallback {
+    ZRVS_cbmessage f;
+    void *data;
+    int priority;
+  };
+  std::vector<MessageCallback> message_callbacks;  // by decreasing priority
+  std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
+  zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
+
+  // Sends a message to the problem's callbacks and the global handlers,
+  // subject to the outputlog control; msgtype ZRVS_MSG_FLUSH sends a flush.
+  void message(int msgtype, const std::string &text);
+};
+
+namespace zorvan {
+
+// Validates a handle; throws Error naming `who` when it is not usable.
+void check_problem_handle(const zrvs_problem *prob, const char *who);
+
+// Runs body(prob) for entry point `who`; failures are stored as the
+// problem's last error (and the thread's global error) and returned.
+template <class Body>
+int problem_call(ZRVSprob prob, const char *who, Body &&body) {
+  try {
+    check_problem_handle(prob, who);
+  } catch (const Error &e) {
+    set_global_error(e.code(), e.what());
+    return e.code();
+  }
+  int status = global_call([&] { body(*prob); });
+  if (status != 0) prob->last_error = global_error_text();
+  return status;
+}
+
+// Destroys a nonlinear problem and detaches it from its main problem.
+void destroy_nonlinear(zslp_problem *slp);
+
+}  // namespace zorvan
