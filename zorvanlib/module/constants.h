@@ -1,0 +1,13 @@
+// The table of named constants published as module attributes.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+namespace zrv {
+
+// Adds every constant to the module and sets the serial counters to 1.
+// Returns 0, or -1 with a Python error set.
+int PublishConstants(PyObject *module);
+
+}  // namespace zrv

@@ -1,0 +1,67 @@
+// Views of controls and attributes by name: `control` (p.controls and the
+// module-level defaults object), `attribute` (p.attributes) and `objattrib`
+// (p.objattribs), and the routines that read and set one value.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+#include <string>
+
+#include "problem/problem.h"
+
+struct ControlObject {
+  PyObject_HEAD
+  ProblemObject *problem;  // borrowed; cleared when the problem is released
+  PyObject *table;         // bound: the control dictionary; defaults: own values
+  int is_default;          // 1 for the module-level object of user defaults
+};
+
+struct AttributeObject {
+  PyObject_HEAD
+  ProblemObject *problem;  // borrowed; cleared when the problem is released
+  PyObject *table;         // the attribute dictionary
+  int32_t solve_index;     // -1: not tied to one solve
+};
+
+struct ObjAttribObject {
+  PyObject_HEAD
+  ProblemObject *problem;  // borrowed; cleared when the problem is released
+};
+
+namespace zrv {
+
+extern PyTypeObject ControlType;
+extern PyTypeObject AttributeType;
+extern PyTypeObject ObjAttribType;
+
+// Value kinds of the descriptor tuples (id, kind, source).
+enum Kind { kInt = 1, kReal = 2, kString = 3 };
+// Sources: the main engine, the nonlinear companion, its solver's own list.
+enum Source { kMain = 0, kSlp = 1, kSlpSolver = 2 };
+
+// New views. A control view with a null problem is the defaults object.
+PyObject *NewControlView(ProblemObject *p, PyObject *table);
+PyObject *NewAttributeView(ProblemObject *p, int32_t solve_index);
+PyObject *NewObjAttribView(ProblemObject *p);
+// Cuts a view loose from its problem (the problem is being released).
+void DetachView(PyObject *view);
+
+// Name normalisation: str or bytes, at most 1024 characters, all lower or all
+// upper case (folded to lower). Returns 0, -1 with ModelError set, or -2 when
+// the name is not text (nothing raised).
+int NormaliseName(PyObject *name, std::string &out);
+
+// Checks that value suits a control of the kind. Returns 0 or -1 (ModelError).
+int CheckControlValue(int kind, PyObject *value);
+// Sets one control of a problem. Returns 0 or -1 with an error set.
+int SetControlValue(ProblemObject *p, int id, int kind, int source, PyObject *value);
+// Reads one control or attribute of a problem; new reference or null.
+PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_control);
+// A dict of every value of the table (controls or attributes) of a problem.
+PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control);
+
+// Unpacks a descriptor tuple (id, kind, source). Returns 0 or -1.
+int UnpackDescriptor(PyObject *tuple, int &id, int &kind, int &source);
+
+}  // namespace zrv

@@ -1,0 +1,68 @@
+// The `problem` object: one engine problem (and its nonlinear companion),
+// the bookkeeping between modelling objects and engine indices, and views of
+// its controls and attributes.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+#include <cstdint>
+#include <map>
+
+#include "zorvan/zslp.h"
+
+// One slot per callback kind; each slot is empty or a list of registrations.
+constexpr int kCallbackKinds = 44;
+
+using IndexMap = std::map<uint64_t, int32_t>;
+
+struct ProblemObject {
+  PyObject_HEAD
+  ZRVSprob prob;          // null: the problem is not initialized
+  ZSLPprob slpprob;       // null when the nonlinear library is not started
+  PyObject *varlist;      // `var` objects in column order
+  PyObject *conlist;      // `constraint` objects in row order
+  PyObject *soslist;      // `sos` objects in set order
+  PyObject *controls;     // `control` view
+  PyObject *attributes;   // `attribute` view (all solves)
+  PyObject *objattribs;   // `objattrib` view
+  IndexMap *colmap;       // variable id -> column
+  IndexMap *rowmap;       // constraint id -> row
+  IndexMap *setmap;       // SOS word -> set
+  PyObject *callbacks[kCallbackKinds];
+  int32_t formula_state;
+  int32_t nl_constraints;
+  int32_t nl_objective;
+  void *userfuncs;
+  int64_t obj_transfer_index;
+  int64_t output_enabled;
+  ProblemObject *prev;    // live-problem list
+  ProblemObject *next;
+  PyObject *module;       // keeps the module alive while the problem lives
+};
+
+namespace zrv {
+
+extern PyTypeObject ProblemType;
+
+inline bool IsProblem(PyObject *o) { return PyObject_TypeCheck(o, &ProblemType); }
+
+// Raises ModelError "Problem is not initialized" and returns true when the
+// problem holds no engine problem.
+bool NotInitialized(ProblemObject *p);
+
+// Releases the engine problems, registrations, lists, maps and views of a
+// problem; it becomes uninitialized. Safe to call more than once.
+void ReleaseProblem(ProblemObject *p);
+
+// Releases every live problem (used by the last environment stop).
+void ReleaseAllProblems();
+
+// Applies the user defaults to a freshly created engine problem.
+int ApplyUserDefaults(ProblemObject *p);
+
+// Message callbacks registered on the engine problems.
+void ProblemMessage(ZRVSprob prob, void *data, const char *msg, int len, int msgtype);
+void ProblemSlpMessage(ZSLPprob slp, void *data, const char *msg, int len, int msgtype);
+
+}  // namespace zrv

@@ -1,0 +1,54 @@
+// problem.copy(): the engine copies the model and controls; the module copies
+// its bookkeeping and shares the modelling objects.
+#include "module/errors.h"
+#include "module/globals.h"
+#include "problem/problem_copy.h"
+#include "problem/problem_init.h"
+
+namespace zrv {
+
+namespace {
+
+int CopyInto(ProblemObject *dst, ProblemObject *src) {
+  PyObject *self = reinterpret_cast<PyObject *>(dst);
+  if (CreateEngineProblems(dst) < 0 || ApplyUserDefaults(dst) < 0) return -1;
+  ZRVSprob dprob = dst->prob, sprob = src->prob;
+  ZSLPprob dslp = dst->slpprob, sslp = src->slpprob;
+  int rc;
+  Py_BEGIN_ALLOW_THREADS
+  rc = ZRVScopyprob(dprob, sprob, "");
+  if (rc == 0 && dslp && sslp) rc = ZSLPcopyprob(dslp, sslp, "");
+  if (rc == 0) rc = ZRVScopycontrols(dprob, sprob);
+  if (rc == 0 && dslp && sslp) rc = ZSLPcopycontrols(dslp, sslp);
+  Py_END_ALLOW_THREADS
+  if (rc != 0) return ReportFailure(self);
+  // Callback registrations are copied once callbacks exist.
+  if (RegisterMessageCallbacks(dst) < 0 || CreateBookkeeping(dst) < 0) return -1;
+  *dst->colmap = *src->colmap;
+  *dst->rowmap = *src->rowmap;
+  *dst->setmap = *src->setmap;
+  if (PyList_SetSlice(dst->varlist, 0, 0, src->varlist) < 0 ||
+      PyList_SetSlice(dst->conlist, 0, 0, src->conlist) < 0 ||
+      PyList_SetSlice(dst->soslist, 0, 0, src->soslist) < 0)
+    return -1;
+  dst->output_enabled = src->output_enabled;
+  dst->formula_state = src->formula_state;
+  dst->nl_constraints = src->nl_constraints;
+  dst->nl_objective = src->nl_objective;
+  dst->obj_transfer_index = src->obj_transfer_index;
+  return 0;
+}
+
+}  // namespace
+
+PyObject *CopyProblem(ProblemObject *src) {
+  PyObject *copy = NewProblemObject(Py_TYPE(src));
+  if (!copy) return nullptr;
+  if (CopyInto(reinterpret_cast<ProblemObject *>(copy), src) < 0) {
+    Py_DECREF(copy);  // releases whatever was built
+    return nullptr;
+  }
+  return copy;
+}
+
+}  // namespace zrv
