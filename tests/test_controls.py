@@ -1,0 +1,132 @@
+import pytest
+
+import zorvan
+
+
+@pytest.fixture
+def p():
+    return zorvan.problem("ctl")
+
+
+class TestBoundControls:
+    def test_read_and_write_by_name(self, p):
+        assert p.controls.presolve == 1
+        p.controls.PRESOLVE = 0
+        assert p.controls.presolve == 0
+        p.controls.miprelstop = 1          # an int is fine for a real control
+        assert p.controls.miprelstop == 1.0
+        p.controls.outputprefix = "> "
+        assert p.controls.outputprefix == "> "
+        p.controls.lpiterlimit = 2**40     # 64-bit integer control
+        assert p.controls.lpiterlimit == 2**40
+
+    def test_name_rules(self, p):
+        with pytest.raises(zorvan.ModelError,
+                           match="Control or attribute is neither all-lower nor all-upper case"):
+            p.controls.MipRelStop
+        with pytest.raises(zorvan.ModelError, match="Control or attribute name is too long"):
+            getattr(p.controls, "a" * 1025)
+        with pytest.raises(zorvan.InterfaceError, match="Incorrect control name"):
+            p.controls.nosuchcontrol
+        with pytest.raises(zorvan.InterfaceError, match="Incorrect control name"):
+            p.controls.nosuchcontrol = 1
+
+    def test_value_types(self, p):
+        with pytest.raises(zorvan.ModelError,
+                           match="Cannot set non-integer value to an integer control"):
+            p.controls.presolve = "0"
+        with pytest.raises(zorvan.ModelError,
+                           match="Cannot set non-integer value to an integer control"):
+            p.controls.presolve = 1.0
+        with pytest.raises(zorvan.ModelError,
+                           match="Cannot set non-numerical value to a floating-point control"):
+            p.controls.miprelstop = "small"
+        with pytest.raises(zorvan.ModelError,
+                           match="Cannot set non-string value to a string control"):
+            p.controls.outputprefix = 3
+
+    def test_engine_refusal_reaches_python(self, p):
+        with pytest.raises(zorvan.SolverError) as info:
+            p.controls.presolve = 7
+        assert str(info.value)  # the engine's own text
+        assert p.controls.presolve == 1
+
+    def test_dict_and_repr(self, p):
+        table = p.controls.__dict__
+        assert table["presolve"][1:] == (1, 0)
+        assert table["miprelstop"][1] == 2 and table["outputprefix"][1] == 3
+        assert "zslp_postsolve" in table and table["zslp_postsolve"][2] == 1
+        shown = eval(repr(p.controls))
+        assert shown["presolve"] == 1 and shown["zslp_postsolve"] == 1
+        assert set(shown) == set(table)
+
+
+class TestAttributes:
+    def test_read_by_name(self, p):
+        assert p.attributes.cols == 0 and p.attributes.ROWS == 0
+        assert p.attributes.probname == "ctl"
+        assert p.attributes.probnamelength == 3
+        assert p.attributes.solvestatus is zorvan.SolveStatus.UNSTARTED
+        assert p.attributes.solstatus is zorvan.SolStatus.NOTFOUND
+        assert p.attributes.zslp_nlpstatus == 0
+        assert len(p.objattribs) == p.attributes.objectives
+
+    def test_errors(self, p):
+        with pytest.raises(zorvan.ModelError, match="A problem's attribute cannot be set"):
+            p.attributes.cols = 3
+        with pytest.raises(zorvan.InterfaceError, match="Incorrect attribute name"):
+            p.attributes.presolve
+        with pytest.raises(zorvan.ModelError, match="neither all-lower nor all-upper"):
+            p.attributes.Cols
+        with pytest.raises(zorvan.ModelError, match="not available yet"):
+            p.objattribs[0]
+
+    def test_repr_lists_every_attribute(self, p):
+        text = repr(p.attributes)
+        assert "'cols': 0" in text and "'probname': 'ctl'" in text
+
+
+class TestUserDefaults:
+    def test_defaults_reach_new_problems(self, clean_defaults):
+        assert clean_defaults.presolve == 1
+        assert clean_defaults.zslp_postsolve == 1
+        clean_defaults.presolve = 0
+        clean_defaults.MIPRELSTOP = 0.125
+        assert clean_defaults.presolve == 0
+        p = zorvan.problem()
+        assert p.controls.presolve == 0 and p.controls.miprelstop == 0.125
+        assert p.controls.zslp_postsolve == 1
+
+    def test_removing_defaults(self, clean_defaults):
+        clean_defaults.presolve = 0
+        zorvan.setdefaultcontrol("PRESOLVE")
+        zorvan.setdefaultcontrol(ipar="presolve")   # absent: no error
+        assert zorvan.problem().controls.presolve == 1
+        with pytest.raises(zorvan.ModelError, match="neither all-lower nor all-upper"):
+            zorvan.setdefaultcontrol("PreSolve")
+        with pytest.raises(zorvan.ModelError, match="too long"):
+            zorvan.setdefaultcontrol("x" * 1025)
+        clean_defaults.threads = 3
+        zorvan.setdefaults()
+        p = zorvan.problem()
+        assert p.controls.threads == -1
+        assert p.controls.zslp_postsolve == 0      # the engine's own default
+
+    def test_defaults_are_checked(self, clean_defaults):
+        with pytest.raises(zorvan.ModelError, match="Cannot set non-integer value"):
+            clean_defaults.presolve = "off"
+        with pytest.raises(zorvan.InterfaceError, match="Incorrect control name"):
+            clean_defaults.nosuchcontrol = 1
+        with pytest.raises(zorvan.InterfaceError, match="Incorrect control name"):
+            clean_defaults.nosuchcontrol
+
+    def test_engine_refusal_at_creation(self, clean_defaults):
+        clean_defaults.presolve = 9    # the right type, a value the engine refuses
+        with pytest.raises(zorvan.SolverError):
+            zorvan.problem()
+        zorvan.setdefaultcontrol("presolve")
+        assert zorvan.problem().controls.presolve == 1
+
+    def test_defaults_object_is_shared(self):
+        assert zorvan._getcontrols() is zorvan._getcontrols()
+        assert "presolve" in zorvan._getcontrols().__dict__
