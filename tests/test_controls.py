@@ -130,3 +130,20 @@ class TestUserDefaults:
     def test_defaults_object_is_shared(self):
         assert zorvan._getcontrols() is zorvan._getcontrols()
         assert "presolve" in zorvan._getcontrols().__dict__
+
+
+def test_views_are_made_by_the_module_only(p):
+    with pytest.raises(TypeError):
+        type(p.attributes)()
+    with pytest.raises(TypeError):
+        type(p.objattribs)()
+    control = type(p.controls)
+    with pytest.raises(zorvan.ModelError, match="made by the module"):
+        control()
+    bare = control.__new__(control)      # never initialised: refuses, never crashes
+    with pytest.raises(zorvan.ModelError, match="Problem is not initialized"):
+        bare.presolve
+    with pytest.raises(zorvan.ModelError, match="Problem is not initialized"):
+        bare.presolve = 0
+    assert bare.__dict__ is None
+    assert "uninitialized" in repr(bare)

@@ -28,6 +28,10 @@ def test_feature_query():
     assert zorvan.featurequery(feature="HIGHS") is True
     assert zorvan.featurequery("remotecompute") is False
     assert zorvan.featurequery("no such feature") is False
+    with pytest.raises(zorvan.InterfaceError):
+        zorvan.featurequery(5)
+    with pytest.raises(zorvan.InterfaceError):
+        zorvan.setdefaultcontrol(b"presolve")
 
 
 def test_compute_allowed_and_global_errors():

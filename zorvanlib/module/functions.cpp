@@ -12,6 +12,25 @@ namespace zrv {
 
 namespace {
 
+// Argument errors of module functions are reported as InterfaceError with
+// the interpreter's text.
+PyObject *ArgumentError() {
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  PyObject *text = value ? PyObject_Str(value) : nullptr;
+  Py_XDECREF(type);
+  Py_XDECREF(value);
+  Py_XDECREF(traceback);
+  if (text) {
+    PyErr_SetObject(InterfaceError, text);
+    Py_DECREF(text);
+  } else {
+    PyErr_Clear();
+    PyErr_SetString(InterfaceError, "Incorrect arguments");
+  }
+  return nullptr;
+}
+
 PyObject *Init(PyObject *, PyObject *arg) {
   const char *path = nullptr;
   if (PyUnicode_Check(arg)) {
@@ -64,7 +83,7 @@ PyObject *SetCheckedMode(PyObject *, PyObject *args, PyObject *kwds) {
   static const char *keywords[] = {"checked_mode", nullptr};
   PyObject *value = nullptr;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "O", const_cast<char **>(keywords), &value))
-    return nullptr;
+    return ArgumentError();
   if (EnsureEnvironment() < 0) return nullptr;
   // Only True itself switches checking on.
   if (ZRVSsetcheckedmode(value == Py_True ? 1 : 0) != 0) return ReportError(nullptr, nullptr);
@@ -83,7 +102,7 @@ PyObject *SetArchConsistency(PyObject *, PyObject *args, PyObject *kwds) {
   static const char *keywords[] = {"ifArchConsistent", nullptr};
   PyObject *value = nullptr;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "O", const_cast<char **>(keywords), &value))
-    return nullptr;
+    return ArgumentError();
   if (EnsureEnvironment() < 0) return nullptr;
   int flag = (value == Py_None || value == Py_False) ? 0 : 1;
   if (ZRVS_ge_setarchconsistency(flag) != 0) return ReportError(nullptr, nullptr);
@@ -94,7 +113,7 @@ PyObject *FeatureQuery(PyObject *, PyObject *args, PyObject *kwds) {
   static const char *keywords[] = {"feature", nullptr};
   const char *feature = nullptr;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "s", const_cast<char **>(keywords), &feature))
-    return nullptr;
+    return ArgumentError();
   if (EnsureEnvironment() < 0) return nullptr;
   int status = 0;
   if (ZRVSfeaturequery(feature, &status) != 0) return ReportError(nullptr, nullptr);
@@ -146,7 +165,7 @@ PyObject *SetDefaultControl(PyObject *, PyObject *args, PyObject *kwds) {
   static const char *keywords[] = {"ipar", nullptr};
   PyObject *name = nullptr;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "U", const_cast<char **>(keywords), &name))
-    return nullptr;
+    return ArgumentError();
   std::string normal;
   if (NormaliseName(name, normal) < 0) return nullptr;
   GilSafeLock lock(DefaultControlsLock);

@@ -48,9 +48,9 @@ PyObject *ControlGetAttr(PyObject *self, PyObject *attr) {
     }
     return nullptr;
   }
-  if (name == "__dict__") return Py_NewRef(c->table);
+  if (name == "__dict__") return Py_NewRef(c->table ? c->table : Py_None);
   if (IsDunder(name)) return PyObject_GenericGetAttr(self, attr);
-  if (c->is_default) {
+  if (c->is_default && c->table) {
     PyObject *value;
     {
       GilSafeLock lock(DefaultControlsLock);
@@ -126,10 +126,10 @@ int ControlSetAttr(PyObject *self, PyObject *attr, PyObject *value) {
 
 PyObject *ControlRepr(PyObject *self) {
   auto *c = reinterpret_cast<ControlObject *>(self);
-  if (c->is_default) return PyUnicode_FromFormat("%S", c->table);
+  if (c->is_default && c->table) return PyUnicode_FromFormat("%S", c->table);
   ProblemObject *p = c->problem;
   if (!p || !p->prob) return PyUnicode_FromString("<controls of an uninitialized problem>");
-  PyObject *all = ReadAllValues(p, c->table, true);
+  PyObject *all = ReadAllValues(p, ControlDict, true);
   if (!all) return nullptr;
   PyObject *text = PyUnicode_FromFormat("%S", all);
   Py_DECREF(all);
