@@ -76,6 +76,20 @@ class TestLifecycle:
         assert p.controls is None and p.attributes is None
         p.__exit__(None, None, None)  # releasing twice is harmless
 
+    def test_views_outliving_their_problem(self):
+        import gc
+        controls = zorvan.problem().controls
+        attributes = zorvan.problem().attributes
+        objattribs = zorvan.problem().objattribs
+        gc.collect()
+        with pytest.raises(zorvan.ModelError, match=NOT_INIT):
+            controls.presolve
+        with pytest.raises(zorvan.ModelError, match=NOT_INIT):
+            attributes.cols
+        with pytest.raises(zorvan.InterfaceError, match="Object is not initialized"):
+            len(objattribs)
+        assert "uninitialized" in repr(controls) and "uninitialized" in repr(attributes)
+
     def test_reset(self, clean_defaults):
         p = zorvan.problem("before")
         p.controls.presolve = 0
