@@ -87,12 +87,20 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_SOLVESTATUS 1394
 #define ZRVS_SOLVEDOBJS 1397
 #define ZRVS_OBJECTIVES 1399
+#define ZRVS_SIMPLEXITER 1402  /* simplex iterations of the last solve */
+#define ZRVS_BARITER 1403      /* barrier iterations of the last solve */
+#define ZRVS_QCONSTRAINTS 1404 /* rows with a quadratic part */
+#define ZRVS_QCELEMS 1405      /* quadratic entries over all rows */
 /* 64-bit integer attributes */
 #define ZRVS_ELEMS 1501
+#define ZRVS_NODES 1502 /* branch-and-bound nodes of the last solve */
 /* Double attributes */
 #define ZRVS_LPOBJVAL 2001
 #define ZRVS_MIPOBJVAL 2003
+#define ZRVS_BESTBOUND 2004 /* best bound of the last MIP solve */
 #define ZRVS_OBJSENSE 2008
+#define ZRVS_MIPGAP 2010    /* relative gap |mipobjval - bestbound| / |mipobjval| */
+#define ZRVS_SOLVETIME 2011 /* seconds spent in the last solve */
 /* String attributes */
 #define ZRVS_PROBNAME 3001
 
@@ -114,6 +122,21 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_THREADS 8278     /* -1 automatic, else the number of threads */
 /* String controls */
 #define ZRVS_OUTPUTPREFIX 8901 /* text put before every message line */
+
+/* Objective controls (ZRVSsetobjintcontrol, ZRVSsetobjdblcontrol). Several
+ * objectives are solved by decreasing priority; objectives of one priority
+ * are blended by weight. After each priority level, its blended value may
+ * worsen by at most max(abstol, reltol * |optimum|) of that level (the
+ * largest tolerances among its objectives). rhs is the objective's constant. */
+#define ZRVS_OBJECTIVE_PRIORITY 20001 /* int, default 0 */
+#define ZRVS_OBJECTIVE_WEIGHT 20002   /* double, default 1 */
+#define ZRVS_OBJECTIVE_ABSTOL 20003   /* double, default 1e-6 */
+#define ZRVS_OBJECTIVE_RELTOL 20004   /* double, default 1e-6 */
+#define ZRVS_OBJECTIVE_RHS 20005      /* double, default 0: the constant */
+
+/* Objective senses (ZRVSchgobjsense) */
+#define ZRVS_OBJ_MINIMIZE 1
+#define ZRVS_OBJ_MAXIMIZE (-1)
 
 /* Values of ZRVS_LPSTATUS */
 #define ZRVS_LP_UNSTARTED 0
@@ -312,6 +335,186 @@ ZRVS_API int ZRVSgetdblattrib(ZRVSprob prob, int attrib, double *value);
 ZRVS_API int ZRVSgetstrattrib(ZRVSprob prob, int attrib, char *value);
 ZRVS_API int ZRVSgetstringattrib(ZRVSprob prob, int attrib, char *value, int maxbytes,
                                  int *nbytes);
+
+
+/* ======================================================================== */
+/* Building and changing the model                                           */
+/* ======================================================================== */
+
+/* Model storage conventions. Column types: 'C' continuous, 'B' binary, 'I'
+ * integer, 'S' semi-continuous (0 or between max(lb, threshold) and ub), 'R'
+ * semi-integer (as 'S', integer), 'P' partially integer (integer up to the
+ * threshold, continuous above it). Row types: 'L' activity <= rhs, 'G' >=,
+ * 'E' =, 'R' rhs - rng <= activity <= rhs, 'N' free. Bounds at or beyond
+ * +-1e20 are infinite. Every batch gives the entries of line j (column or
+ * row) as start[j] .. start[j+1]-1, the last line ending at ncoefs; a line
+ * must not name one row or column twice. Zero coefficients are not stored. */
+
+/* Appends ncols columns. objcoef, lb, ub may be NULL (0, 0, +infinity);
+ * start, rowind, rowcoef may be NULL when ncoefs is 0. New columns are 'C'. */
+ZRVS_API int ZRVSaddcols64(ZRVSprob prob, int ncols, int64_t ncoefs, const double objcoef[],
+                           const int64_t start[], const int rowind[], const double rowcoef[],
+                           const double lb[], const double ub[]);
+/* Appends nrows rows. rhs may be NULL only when all rows are 'N'; rng is
+ * read for 'R' rows only (and may be NULL without them). */
+ZRVS_API int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[],
+                           const double rhs[], const double rng[], const int64_t start[],
+                           const int colind[], const double rowcoef[]);
+/* Deletes rows, columns or sets (indices may repeat); the rest are
+ * renumbered in order. Names, matrix, quadratic parts, sets and indicators
+ * follow: a deleted column leaves the sets it was in, quadratic entries and
+ * indicators that use it are removed. */
+ZRVS_API int ZRVSdelrows(ZRVSprob prob, int nrows, const int rowind[]);
+ZRVS_API int ZRVSdelcols(ZRVSprob prob, int ncols, const int colind[]);
+ZRVS_API int ZRVSdelsets(ZRVSprob prob, int nsets, const int setind[]);
+
+/* Bound changes: bndtype 'L' lower, 'U' upper, 'B' both. NaN is refused. */
+ZRVS_API int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[],
+                           const char bndtype[], const double bndval[]);
+/* Column types; making a column 'B' sets its bounds to [0, 1]. */
+ZRVS_API int ZRVSchgcoltype(ZRVSprob prob, int ncols, const int colind[],
+                            const char coltype[]);
+/* Thresholds of 'S', 'R' and 'P' columns (other types are refused). */
+ZRVS_API int ZRVSchgglblimit(ZRVSprob prob, int ncols, const int colind[],
+                             const double limit[]);
+
+/* Names: type 1 rows, 2 columns, 3 sets. names holds last-first+1
+ * NUL-terminated names one after another. Names need not be unique;
+ * ZRVSgetindex finds the lowest index. Unnamed entries read as "R<i>",
+ * "C<j>", "S<k>" (their current index), and those names find them. */
+ZRVS_API int ZRVSaddnames(ZRVSprob prob, int type, const char names[], int first, int last);
+/* Packed names of first..last into names, which must be large enough (see
+ * ZRVSgetnamelist for the size). */
+ZRVS_API int ZRVSgetnames(ZRVSprob prob, int type, char names[], int first, int last);
+/* As ZRVSgetnames with a buffer size: *nbytes (if not NULL) receives the
+ * bytes needed; names NULL only asks for the size; a buffer that is too
+ * small is an error. */
+ZRVS_API int ZRVSgetnamelist(ZRVSprob prob, int type, char names[], int maxbytes, int *nbytes,
+                             int first, int last);
+/* Index of a name, -1 when no entry has it. */
+ZRVS_API int ZRVSgetindex(ZRVSprob prob, int type, const char *name, int *index);
+
+/* Adds ncoefs quadratic entries to row `row`: the row's activity becomes
+ * a.x + x'Qx with Q symmetric; entry (i, j, v) adds v to Q[i][j] and
+ * Q[j][i] (so it contributes 2 v x_i x_j for i != j, v x_i^2 for i == j).
+ * Rows with quadratic parts need the nonlinear solver. */
+ZRVS_API int ZRVSaddqmatrix64(ZRVSprob prob, int row, int64_t ncoefs, const int rowqcol1[],
+                              const int rowqcol2[], const double rowqcoef[]);
+/* The quadratic entries of a row, one per pair i <= j: *nqelems receives
+ * their number; the arrays (all three or none) receive them. */
+ZRVS_API int ZRVSgetqrowqmatrixtriplets(ZRVSprob prob, int row, int64_t *nqelems,
+                                        int rowqcol1[], int rowqcol2[], double rowqcoef[]);
+
+/* Special ordered sets: settype '1' or '2'; members of set k are
+ * colind[start[k] .. start[k+1]-1], ordered by their distinct, finite
+ * reference values refval. SOS1: at most one member non-zero; SOS2: at most
+ * two, adjacent in reference order. Solved through binaries with big-M
+ * values from the members' bounds, which must then be finite. */
+ZRVS_API int ZRVSaddsets64(ZRVSprob prob, int nsets, int64_t nelems, const char settype[],
+                           const int64_t start[], const int colind[], const double refval[]);
+/* Sets first..last: types, start offsets (last-first+2), members and
+ * reference values (at most maxelems); *nelems receives the member count.
+ * Any output but nelems may be NULL. */
+ZRVS_API int ZRVSgetsets64(ZRVSprob prob, char settype[], int64_t start[], int colind[],
+                           double refval[], int64_t maxelems, int64_t *nelems, int first,
+                           int last);
+
+/* Indicator constraints: row rowind[k] must hold when binary column
+ * colind[k] is 1 (complement 1) or 0 (complement -1); complement 0 makes
+ * the row an ordinary row again. Solved with big-M values from the bounds
+ * of the row's columns, which must then be finite. */
+ZRVS_API int ZRVSsetindicators(ZRVSprob prob, int nrows, const int rowind[], const int colind[],
+                               const int complement[]);
+/* Indicator column (-1 none) and complement (1, -1, 0) of rows first..last;
+ * either output may be NULL. */
+ZRVS_API int ZRVSgetindicators(ZRVSprob prob, int colind[], int complement[], int first,
+                               int last);
+
+/* ---- Objectives -------------------------------------------------------- */
+/* The value of objective k is coef.x + constant, plus 0.5 x'Qx for the
+ * primary objective 0. Column index -1 addresses the constant. */
+ZRVS_API int ZRVSchgobj(ZRVSprob prob, int ncols, const int colind[], const double objcoef[]);
+/* As ZRVSchgobj for objective objidx; objidx equal to the number of
+ * objectives (ZRVS_OBJECTIVES) adds a new objective, all zero before the
+ * change. Further objectives must be linear. */
+ZRVS_API int ZRVSchgobjn(ZRVSprob prob, int objidx, int ncols, const int colind[],
+                         const double objcoef[]);
+/* Removes objective objidx >= 1; later objectives move down one index. */
+ZRVS_API int ZRVSdelobj(ZRVSprob prob, int objidx);
+/* ZRVS_OBJ_MINIMIZE (1) or ZRVS_OBJ_MAXIMIZE (-1), for every objective. */
+ZRVS_API int ZRVSchgobjsense(ZRVSprob prob, int sense);
+ZRVS_API int ZRVSgetobj(ZRVSprob prob, double obj[], int first, int last);
+ZRVS_API int ZRVSgetobjn(ZRVSprob prob, int objidx, double obj[], int first, int last);
+/* Sets entries of the symmetric matrix Q of the objective's 0.5 x'Qx:
+ * (i, j, v) sets Q[i][j] = Q[j][i] = v; 0 removes the entry. So a term
+ * a x_i^2 is given as (i, i, 2a) and a term b x_i x_j as (i, j, b). */
+ZRVS_API int ZRVSchgmqobj64(ZRVSprob prob, int64_t ncoefs, const int objqcol1[],
+                            const int objqcol2[], const double objqcoef[]);
+/* Columns first..last of Q (both triangles, rows ascending): start gets
+ * last-first+2 offsets, colind/objqcoef at most maxcoefs entries, *ncoefs
+ * the number of entries in the range. start, colind, objqcoef may be NULL. */
+ZRVS_API int ZRVSgetmqobj64(ZRVSprob prob, int64_t start[], int colind[], double objqcoef[],
+                            int64_t maxcoefs, int64_t *ncoefs, int first, int last);
+/* Objective controls ZRVS_OBJECTIVE_... of objective objidx. */
+ZRVS_API int ZRVSsetobjintcontrol(ZRVSprob prob, int objidx, int control, int value);
+ZRVS_API int ZRVSsetobjdblcontrol(ZRVSprob prob, int objidx, int control, double value);
+ZRVS_API int ZRVSgetobjintcontrol(ZRVSprob prob, int objidx, int control, int *value);
+ZRVS_API int ZRVSgetobjdblcontrol(ZRVSprob prob, int objidx, int control, double *value);
+
+/* ---- Reading the model ------------------------------------------------- */
+ZRVS_API int ZRVSgetlb(ZRVSprob prob, double lb[], int first, int last);
+ZRVS_API int ZRVSgetub(ZRVSprob prob, double ub[], int first, int last);
+ZRVS_API int ZRVSgetcoltype(ZRVSprob prob, char coltype[], int first, int last);
+ZRVS_API int ZRVSgetglblimit(ZRVSprob prob, double limit[], int first, int last);
+ZRVS_API int ZRVSgetrhs(ZRVSprob prob, double rhs[], int first, int last);
+/* Ranges of 'R' rows; other rows read +infinity. */
+ZRVS_API int ZRVSgetrhsrange(ZRVSprob prob, double range[], int first, int last);
+ZRVS_API int ZRVSgetrowtype(ZRVSprob prob, char rowtype[], int first, int last);
+/* The matrix over columns (rows) first..last: start gets last-first+2
+ * offsets, the index and coefficient arrays at most maxcoefs entries,
+ * *ncoefs the number of entries in the range. Arrays may be NULL (call once
+ * with NULL arrays to learn the size). */
+ZRVS_API int ZRVSgetcols64(ZRVSprob prob, int64_t start[], int rowind[], double rowcoef[],
+                           int64_t maxcoefs, int64_t *ncoefs, int first, int last);
+ZRVS_API int ZRVSgetrows64(ZRVSprob prob, int64_t start[], int colind[], double colcoef[],
+                           int64_t maxcoefs, int64_t *ncoefs, int first, int last);
+
+/* ======================================================================== */
+/* Solving and solutions                                                     */
+/* ======================================================================== */
+
+/* Solves the problem as it is: an LP or convex QP without discrete parts,
+ * else a MIP (integer, semi-continuous, semi-integer, partially integer
+ * columns, sets, indicators). Several objectives are solved by priority.
+ * flags: "" automatic, or one algorithm letter for continuous solves: 'd'
+ * dual simplex, 'p' primal simplex, 'b' barrier. Quadratic rows and
+ * quadratic objectives with discrete parts need the nonlinear solver and
+ * fail. solvestatus and solstatus (may be NULL) receive ZRVS_SOLVESTATUS_...
+ * and ZRVS_SOLSTATUS_... A solve that runs and ends without a solution
+ * (infeasible, stopped) is a success: the statuses say what happened. */
+ZRVS_API int ZRVSoptimize(ZRVSprob prob, const char *flags, int *solvestatus, int *solstatus);
+/* Solves the continuous relaxation (integrality, sets and indicator rows
+ * dropped; semi-continuous columns relaxed to include 0). */
+ZRVS_API int ZRVSlpoptimize(ZRVSprob prob, const char *flags);
+/* Solves as a MIP, also when the problem has no discrete parts. */
+ZRVS_API int ZRVSmipoptimize(ZRVSprob prob, const char *flags);
+
+/* The solution of the last continuous solve: values, slacks (rhs -
+ * activity), duals (change of the objective per unit increase of a row's
+ * rhs) and reduced costs. Any output may be NULL. Fails when the last solve
+ * left no such solution or the model changed since. */
+ZRVS_API int ZRVSgetlpsol(ZRVSprob prob, double x[], double slack[], double duals[],
+                          double djs[]);
+/* The best integer solution of the last MIP solve: values and slacks. */
+ZRVS_API int ZRVSgetmipsol(ZRVSprob prob, double x[], double slack[]);
+
+/* Per-objective results of the last solve. objidx is the objective index;
+ * ZRVS_LPOBJVAL and ZRVS_MIPOBJVAL give that objective's value at the
+ * solution; ZRVS_LPSTATUS, ZRVS_MIPSTATUS, ZRVS_SOLVESTATUS, ZRVS_SOLSTATUS,
+ * ZRVS_SIMPLEXITER, ZRVS_BARITER, ZRVS_NODES, ZRVS_BESTBOUND and
+ * ZRVS_SOLVETIME describe the stage (priority level) that solved it. */
+ZRVS_API int ZRVSgetobjintattrib64(ZRVSprob prob, int objidx, int attrib, int64_t *value);
+ZRVS_API int ZRVSgetobjdblattrib(ZRVSprob prob, int objidx, int attrib, double *value);
 
 #ifdef __cplusplus
 }

@@ -33,14 +33,19 @@ int64_t int_attribute(const zrvs_problem &p, int id, const char *who) {
     case ZRVS_SOLVESTATUS: return p.results.solvestatus;
     case ZRVS_STOPSTATUS: return p.results.stopstatus;
     case ZRVS_SOLVEDOBJS: return p.results.solvedobjs;
-    case ZRVS_OBJECTIVES: return 1;
-    // The engine keeps no spare rows; sets, quadratic entries, indicators and
-    // general constraints are not part of the stored model yet.
-    case ZRVS_SPAREROWS:
+    case ZRVS_OBJECTIVES: return static_cast<int64_t>(m.objectives.size());
     case ZRVS_SETS:
-    case ZRVS_ORIGINALSETS:
-    case ZRVS_QELEMS:
-    case ZRVS_INDICATORS:
+    case ZRVS_ORIGINALSETS: return m.sets();
+    case ZRVS_QELEMS: return static_cast<int64_t>(m.qobj.size());
+    case ZRVS_INDICATORS: return m.indicators();
+    case ZRVS_QCONSTRAINTS: return static_cast<int64_t>(m.qrows.size());
+    case ZRVS_QCELEMS: return m.qcelems();
+    case ZRVS_SIMPLEXITER: return p.results.simplexiter;
+    case ZRVS_BARITER: return p.results.bariter;
+    case ZRVS_NODES: return p.results.nodes;
+    // The engine keeps no spare rows; general constraints are not part of
+    // the stored model yet.
+    case ZRVS_SPAREROWS:
     case ZRVS_GENCONS: return 0;
   }
   fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
@@ -54,6 +59,9 @@ double dbl_attribute(const zrvs_problem &p, int id, const char *who) {
     case ZRVS_LPOBJVAL: return p.results.lpobjval;
     case ZRVS_MIPOBJVAL: return p.results.mipobjval;
     case ZRVS_OBJSENSE: return p.model.objsense;
+    case ZRVS_BESTBOUND: return p.results.bestbound;
+    case ZRVS_MIPGAP: return p.results.mipgap;
+    case ZRVS_SOLVETIME: return p.results.solvetime;
   }
   fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
 }

@@ -9,20 +9,9 @@
 #include "core/environment.h"
 #include "core/registry.h"
 #include "model/model.h"
+#include "solve/results.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
-
-// Results of the last solve; statuses use the ZRVS_* values.
-struct SolveState {
-  int lpstatus = ZRVS_LP_UNSTARTED;
-  int mipstatus = ZRVS_MIP_NOT_LOADED;
-  int solvestatus = ZRVS_SOLVESTATUS_UNSTARTED;
-  int solstatus = ZRVS_SOLSTATUS_NOTFOUND;
-  int stopstatus = ZRVS_STOP_NONE;
-  int solvedobjs = 0;
-  double lpobjval = 0.0;
-  double mipobjval = 0.0;
-};
 
 struct zrvs_problem {
   zrvs_problem() : controls(zorvan::main_catalogue()) {}
@@ -39,6 +28,10 @@ struct zrvs_problem {
   std::vector<MessageCallback> message_callbacks;  // by decreasing priority
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
+
+  // Called by every change of the model: results of earlier solves no
+  // longer describe it.
+  void model_changed() { results = SolveState(); }
 
   // Sends a message to the problem's callbacks and the global handlers,
   // subject to the outputlog control; msgtype ZRVS_MSG_FLUSH sends a flush.

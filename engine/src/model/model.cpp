@@ -1,11 +1,12 @@
+// Model storage: sizes, compaction of the matrix, appends and deletions that
+// keep matrix, names, quadratic parts, sets and indicators consistent.
 #include "model/model.h"
 
-#include <cmath>
-
-#include "core/errors.h"
-#include "zorvan/zrvs.h"
+#include <algorithm>
 
 namespace zorvan {
+
+Model::Model() { objectives.resize(1); }
 
 int Model::mipents() const {
   int n = 0;
@@ -13,102 +14,167 @@ int Model::mipents() const {
   return n;
 }
 
-void check_problem_name(const char *name, const char *who) {
-  if (!name) fail(ZRVS_ERR_ARGUMENT, "%s: the problem name is NULL", who);
-  size_t n = std::string(name).size();
-  if (n > ZRVS_MAXNAMELENGTH)
-    fail(ZRVS_ERR_ARGUMENT, "%s: the problem name is longer than %d characters", who,
-         ZRVS_MAXNAMELENGTH);
+int Model::indicators() const {
+  int n = 0;
+  for (int c : indcol) n += c >= 0;
+  return n;
+}
+
+int64_t Model::qcelems() const {
+  int64_t n = 0;
+  for (const auto &r : qrows) n += static_cast<int64_t>(r.second.size());
+  return n;
 }
 
 namespace {
-int64_t column_start(const LpData &d, int j) {
-  return d.start64 ? d.start64[j] : static_cast<int64_t>(d.start32[j]);
+// Counting sort of the triplets by `line` (the row or column of each entry).
+Compressed compress(int nlines, const std::vector<int> &line, const std::vector<int> &other,
+                    const std::vector<double> &val) {
+  Compressed c;
+  c.start.assign(static_cast<size_t>(nlines) + 1, 0);
+  for (int l : line) ++c.start[l + 1];
+  for (int k = 0; k < nlines; ++k) c.start[k + 1] += c.start[k];
+  std::vector<int64_t> next(c.start.begin(), c.start.end() - 1);
+  c.index.resize(val.size());
+  c.value.resize(val.size());
+  for (size_t e = 0; e < val.size(); ++e) {
+    int64_t pos = next[line[e]]++;
+    c.index[pos] = other[e];
+    c.value[pos] = val[e];
+  }
+  return c;
+}
+
+// New index of every kept entity (-1 for deleted ones).
+std::vector<int> renumbering(const std::vector<char> &del) {
+  std::vector<int> map(del.size(), -1);
+  int n = 0;
+  for (size_t i = 0; i < del.size(); ++i)
+    if (!del[i]) map[i] = n++;
+  return map;
+}
+
+template <class T>
+void keep_flagged(std::vector<T> &v, const std::vector<char> &del) {
+  size_t n = 0;
+  for (size_t i = 0; i < v.size(); ++i)
+    if (!del[i]) v[n++] = v[i];
+  v.resize(n);
+}
+
+std::vector<char> inverted(const std::vector<char> &del) {
+  std::vector<char> keep(del.size());
+  for (size_t i = 0; i < del.size(); ++i) keep[i] = !del[i];
+  return keep;
+}
+
+// Renumbers the column pairs of a quadratic form, dropping pairs with a
+// deleted column.
+QForm renumber_form(const QForm &q, const std::vector<int> &map) {
+  QForm out;
+  for (const auto &e : q) {
+    int i = map[e.first.first], j = map[e.first.second];
+    if (i >= 0 && j >= 0) out.emplace_hint(out.end(), qkey(i, j), e.second);
+  }
+  return out;
 }
 }  // namespace
 
-Model build_lp_model(const LpData &d, const char *who) {
-  if (d.ncols < 0) fail(ZRVS_ERR_ARGUMENT, "%s: ncols is negative (%d)", who, d.ncols);
-  if (d.nrows < 0) fail(ZRVS_ERR_ARGUMENT, "%s: nrows is negative (%d)", who, d.nrows);
-  if (d.name) check_problem_name(d.name, who);
-  if (d.nrows > 0 && (!d.rowtype || !d.rhs))
-    fail(ZRVS_ERR_ARGUMENT, "%s: rowtype and rhs are required when nrows > 0", who);
-  bool have_start = d.start64 || d.start32;
-  if (d.ncols > 0 && !have_start && d.collen)
-    fail(ZRVS_ERR_ARGUMENT, "%s: collen needs start", who);
+Compressed Model::by_columns() const { return compress(cols(), mcol, mrow, mval); }
+Compressed Model::by_rows() const { return compress(rows(), mrow, mcol, mval); }
 
-  Model m;
-  if (d.name && *d.name) m.name = d.name;
+void Model::append_columns(int n) {
+  size_t size = lb.size() + n;
+  lb.resize(size, 0.0);
+  ub.resize(size, 1e20);
+  limit.resize(size, 0.0);
+  coltype.resize(size, 'C');
+  colnames.append_unnamed(n);
+  for (Objective &o : objectives) o.coef.resize(size, 0.0);
+}
 
-  m.rowtype.resize(d.nrows);
-  m.rhs.resize(d.nrows);
-  m.range.assign(d.nrows, 0.0);
-  for (int i = 0; i < d.nrows; ++i) {
-    char t = d.rowtype[i];
-    if (t != 'L' && t != 'G' && t != 'E' && t != 'R' && t != 'N')
-      fail(ZRVS_ERR_ARGUMENT, "%s: rowtype[%d] is '%c', not one of L, G, E, R, N", who, i,
-           t ? t : '?');
-    if (std::isnan(d.rhs[i])) fail(ZRVS_ERR_ARGUMENT, "%s: rhs[%d] is NaN", who, i);
-    m.rowtype[i] = t;
-    m.rhs[i] = d.rhs[i];
-    if (t == 'R') {
-      if (!d.rng) fail(ZRVS_ERR_ARGUMENT, "%s: row %d is a range row but rng is NULL", who, i);
-      if (std::isnan(d.rng[i]) || d.rng[i] < 0)
-        fail(ZRVS_ERR_ARGUMENT, "%s: rng[%d] must be a non-negative number", who, i);
-      m.range[i] = d.rng[i];
-    }
+void Model::append_rows(int n) {
+  size_t size = rowtype.size() + n;
+  rowtype.resize(size, 'N');
+  rhs.resize(size, 0.0);
+  range.resize(size, 0.0);
+  indcol.resize(size, -1);
+  indflag.resize(size, 0);
+  rownames.append_unnamed(n);
+}
+
+void Model::delete_columns(const std::vector<char> &del) {
+  std::vector<int> map = renumbering(del);
+  size_t n = 0;
+  for (size_t e = 0; e < mval.size(); ++e) {
+    int c = map[mcol[e]];
+    if (c < 0) continue;
+    mrow[n] = mrow[e], mcol[n] = c, mval[n] = mval[e];
+    ++n;
   }
-
-  m.obj.resize(d.ncols);
-  m.lb.resize(d.ncols);
-  m.ub.resize(d.ncols);
-  m.coltype.assign(d.ncols, 'C');
-  m.colstart.assign(1, 0);
-  m.colstart.reserve(d.ncols + 1);
-  std::vector<char> seen(d.nrows, 0);
-  for (int j = 0; j < d.ncols; ++j) {
-    double o = d.obj ? d.obj[j] : 0.0;
-    double l = d.lb ? d.lb[j] : 0.0;
-    double u = d.ub ? d.ub[j] : ZRVS_PLUSINFINITY;
-    if (std::isnan(o) || std::isinf(o))
-      fail(ZRVS_ERR_ARGUMENT, "%s: obj[%d] is not a finite number", who, j);
-    if (std::isnan(l) || std::isnan(u))
-      fail(ZRVS_ERR_ARGUMENT, "%s: a bound of column %d is NaN", who, j);
-    m.obj[j] = o;
-    m.lb[j] = l;
-    m.ub[j] = u;
-    if (!have_start) {
-      m.colstart.push_back(0);
-      continue;
-    }
-    int64_t begin = column_start(d, j);
-    int64_t end = d.collen ? begin + d.collen[j] : column_start(d, j + 1);
-    if (begin < 0 || end < begin)
-      fail(ZRVS_ERR_ARGUMENT, "%s: the entries of column %d are given by an invalid range", who,
-           j);
-    if (end > begin && (!d.rowind || !d.rowcoef))
-      fail(ZRVS_ERR_ARGUMENT, "%s: rowind and rowcoef are required for matrix entries", who);
-    for (int64_t k = begin; k < end; ++k) {
-      int r = d.rowind[k];
-      double v = d.rowcoef[k];
-      if (r < 0 || r >= d.nrows)
-        fail(ZRVS_ERR_ARGUMENT, "%s: rowind[%lld] = %d is not a row index (0..%d)", who,
-             static_cast<long long>(k), r, d.nrows - 1);
-      if (std::isnan(v) || std::isinf(v))
-        fail(ZRVS_ERR_ARGUMENT, "%s: rowcoef[%lld] is not a finite number", who,
-             static_cast<long long>(k));
-      if (seen[r])
-        fail(ZRVS_ERR_ARGUMENT, "%s: column %d has two entries in row %d", who, j, r);
-      seen[r] = 1;
-      if (v != 0.0) {
-        m.rowind.push_back(r);
-        m.coef.push_back(v);
-      }
-    }
-    for (int64_t k = begin; k < end; ++k) seen[d.rowind[k]] = 0;
-    m.colstart.push_back(static_cast<int64_t>(m.coef.size()));
+  mrow.resize(n), mcol.resize(n), mval.resize(n);
+  keep_flagged(lb, del), keep_flagged(ub, del), keep_flagged(limit, del);
+  keep_flagged(coltype, del);
+  colnames.keep_only(inverted(del));
+  for (Objective &o : objectives) keep_flagged(o.coef, del);
+  qobj = renumber_form(qobj, map);
+  for (auto it = qrows.begin(); it != qrows.end();) {
+    it->second = renumber_form(it->second, map);
+    it = it->second.empty() ? qrows.erase(it) : std::next(it);
   }
-  return m;
+  // Sets keep their remaining members.
+  std::vector<int64_t> start{0};
+  size_t m = 0;
+  for (int s = 0; s < sets(); ++s) {
+    for (int64_t k = setstart[s]; k < setstart[s + 1]; ++k) {
+      int c = map[setcol[k]];
+      if (c < 0) continue;
+      setcol[m] = c, setref[m] = setref[k];
+      ++m;
+    }
+    start.push_back(static_cast<int64_t>(m));
+  }
+  setcol.resize(m), setref.resize(m), setstart = std::move(start);
+  for (size_t r = 0; r < indcol.size(); ++r) {
+    if (indcol[r] < 0) continue;
+    indcol[r] = map[indcol[r]];
+    if (indcol[r] < 0) indflag[r] = 0;
+  }
+}
+
+void Model::delete_rows(const std::vector<char> &del) {
+  std::vector<int> map = renumbering(del);
+  size_t n = 0;
+  for (size_t e = 0; e < mval.size(); ++e) {
+    int r = map[mrow[e]];
+    if (r < 0) continue;
+    mrow[n] = r, mcol[n] = mcol[e], mval[n] = mval[e];
+    ++n;
+  }
+  mrow.resize(n), mcol.resize(n), mval.resize(n);
+  keep_flagged(rowtype, del), keep_flagged(rhs, del), keep_flagged(range, del);
+  keep_flagged(indcol, del), keep_flagged(indflag, del);
+  rownames.keep_only(inverted(del));
+  std::map<int, QForm> q;
+  for (auto &e : qrows)
+    if (map[e.first] >= 0) q.emplace_hint(q.end(), map[e.first], std::move(e.second));
+  qrows = std::move(q);
+}
+
+void Model::delete_sets(const std::vector<char> &del) {
+  std::vector<int64_t> start{0};
+  size_t m = 0;
+  for (int s = 0; s < sets(); ++s) {
+    if (del[s]) continue;
+    for (int64_t k = setstart[s]; k < setstart[s + 1]; ++k) {
+      setcol[m] = setcol[k], setref[m] = setref[k];
+      ++m;
+    }
+    start.push_back(static_cast<int64_t>(m));
+  }
+  setcol.resize(m), setref.resize(m), setstart = std::move(start);
+  keep_flagged(settype, del);
+  setnames.keep_only(inverted(del));
 }
 
 }  // namespace zorvan

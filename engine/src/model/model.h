@@ -1,32 +1,133 @@
-// The model of one problem in flat arrays: columns, rows and the matrix
-// stored by columns.
+// The model of one problem in flat arrays: columns, rows, the matrix as
+// triplets (cheap to append by rows or by columns, compacted on demand),
+// names, the quadratic objective, quadratic parts of rows, special ordered
+// sets, indicator constraints and several linear objectives.
 #pragma once
 #include <cstdint>
+#include <map>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace zorvan {
 
+// Names of one kind of entity (rows, columns or sets). An empty name means
+// "unnamed"; readers show a generated name instead.
+class Names {
+ public:
+  explicit Names(char prefix) : prefix_(prefix) {}
+  void append_unnamed(size_t n) {
+    names_.resize(names_.size() + n);
+    index_.clear();
+  }
+  void set(size_t i, std::string name) {
+    names_[i] = std::move(name);
+    index_.clear();
+  }
+  // The name of entry i, generated ("C12") when it has none.
+  std::string get(size_t i) const;
+  // Lowest index carrying that name (generated names included), or -1.
+  int find(const std::string &name) const;
+  // Keeps the entries whose keep flag is set.
+  void keep_only(const std::vector<char> &keep);
+  size_t size() const { return names_.size(); }
+  void clear() { names_.clear(), index_.clear(); }
+
+ private:
+  char prefix_;
+  std::vector<std::string> names_;
+  mutable std::unordered_map<std::string, int> index_;  // built on demand
+};
+
+// One linear objective: coefficients by column, a constant, and the controls
+// that order and blend several objectives.
+struct Objective {
+  std::vector<double> coef;
+  double constant = 0.0;  // also the objective control "rhs"
+  int priority = 0;
+  double weight = 1.0;
+  double abstol = 1e-6;
+  double reltol = 1e-6;
+};
+
+// A column-pair key (i <= j) of a symmetric quadratic form.
+using QKey = std::pair<int, int>;
+using QForm = std::map<QKey, double>;
+inline QKey qkey(int i, int j) { return i <= j ? QKey{i, j} : QKey{j, i}; }
+
+// A matrix in compressed form: entries start[k] .. start[k+1]-1 belong to
+// the k-th line (column or row).
+struct Compressed {
+  std::vector<int64_t> start;
+  std::vector<int> index;
+  std::vector<double> value;
+};
+
 struct Model {
+  Model();
+
   std::string name = "noname";
   double objsense = 1.0;  // 1 minimise, -1 maximise
 
   // Columns.
-  std::vector<double> obj, lb, ub;
+  std::vector<double> lb, ub;
+  std::vector<double> limit;  // thresholds of 'S', 'R' and 'P' columns
   std::vector<char> coltype;  // 'C','B','I','S','R','P'
-  // Matrix by columns: column j holds entries colstart[j] .. colstart[j+1]-1.
-  std::vector<int64_t> colstart{0};
-  std::vector<int> rowind;
-  std::vector<double> coef;
+  Names colnames{'C'};
 
-  // Rows.
+  // Rows: rhs - range <= activity <= rhs for 'R' rows.
   std::vector<char> rowtype;  // 'L','G','E','R','N'
   std::vector<double> rhs, range;
+  Names rownames{'R'};
 
-  int cols() const { return static_cast<int>(obj.size()); }
+  // Matrix entries as triplets; no two share a (row, column) and none is 0.
+  std::vector<int> mrow, mcol;
+  std::vector<double> mval;
+
+  // Objectives; objectives[0] is the primary one. Objective value:
+  // coef.x + constant (+ 0.5 x'Qx for the primary objective).
+  std::vector<Objective> objectives;
+  QForm qobj;  // Q[i][j] = Q[j][i] for the key (i, j)
+
+  // Quadratic parts of rows: row value = a.x + x'Qx.
+  std::map<int, QForm> qrows;
+
+  // Special ordered sets: type '1' or '2', members setcol[setstart[k] ..
+  // setstart[k+1]-1] ordered by their reference values setref.
+  std::vector<char> settype;
+  std::vector<int64_t> setstart{0};
+  std::vector<int> setcol;
+  std::vector<double> setref;
+  Names setnames{'S'};
+
+  // Indicator constraints by row: column (-1: none) and 1 when the row is
+  // enforced at column value 1, -1 when at value 0.
+  std::vector<int> indcol, indflag;
+
+  int cols() const { return static_cast<int>(lb.size()); }
   int rows() const { return static_cast<int>(rowtype.size()); }
-  int64_t elems() const { return static_cast<int64_t>(coef.size()); }
+  int sets() const { return static_cast<int>(settype.size()); }
+  int64_t elems() const { return static_cast<int64_t>(mval.size()); }
   int mipents() const;
+  int indicators() const;
+  int64_t qcelems() const;
+  bool has_discrete() const { return mipents() > 0 || sets() > 0 || indicators() > 0; }
+
+  // The matrix by columns (index = row) or by rows (index = column), each
+  // line's entries in the order they were added.
+  Compressed by_columns() const;
+  Compressed by_rows() const;
+
+  // Appends columns or rows (bounds and types defaulted; names unnamed).
+  void append_columns(int n);
+  void append_rows(int n);
+  // Deletes the flagged entities and renumbers everything that refers to
+  // the remaining ones. Sets lose deleted members; indicators on deleted
+  // columns are dropped.
+  void delete_columns(const std::vector<char> &del);
+  void delete_rows(const std::vector<char> &del);
+  void delete_sets(const std::vector<char> &del);
 };
 
 // The arguments of ZRVSloadlp, checked and turned into a Model. Throws

@@ -1,0 +1,45 @@
+// What a solve leaves behind: statuses, counters and the solution vectors.
+#pragma once
+#include <cstdint>
+#include <vector>
+
+#include "zorvan/zrvs.h"
+
+// Results of one stage of a solve (one priority level of the objectives).
+struct StageResult {
+  int lpstatus = ZRVS_LP_UNSTARTED;
+  int mipstatus = ZRVS_MIP_NOT_LOADED;
+  int solvestatus = ZRVS_SOLVESTATUS_UNSTARTED;
+  int solstatus = ZRVS_SOLSTATUS_NOTFOUND;
+  int stopstatus = ZRVS_STOP_NONE;
+  int64_t simplexiter = 0, bariter = 0, nodes = 0;
+  double objval = 0.0;     // the stage's (blended) objective value
+  double bestbound = 0.0;  // MIP dual bound of the stage
+  double solvetime = 0.0;
+};
+
+// Results of the last solve; statuses use the ZRVS_* values.
+struct SolveState {
+  int lpstatus = ZRVS_LP_UNSTARTED;
+  int mipstatus = ZRVS_MIP_NOT_LOADED;
+  int solvestatus = ZRVS_SOLVESTATUS_UNSTARTED;
+  int solstatus = ZRVS_SOLSTATUS_NOTFOUND;
+  int stopstatus = ZRVS_STOP_NONE;
+  int solvedobjs = 0;
+  double lpobjval = 0.0;
+  double mipobjval = 0.0;
+  double bestbound = 0.0;
+  double mipgap = 0.0;
+  double solvetime = 0.0;
+  int64_t simplexiter = 0, bariter = 0, nodes = 0;
+
+  // Solution vectors of the problem as it was solved.
+  bool has_lp_solution = false;   // x, slack, duals, djs of a continuous solve
+  bool has_mip_solution = false;  // x, slack of an integer solution
+  std::vector<double> x, slack, duals, djs;
+
+  // Per objective: its value at the solution and the stage that handled it.
+  std::vector<double> objvals;
+  std::vector<int> objstage;
+  std::vector<StageResult> stages;
+};
