@@ -36,9 +36,12 @@ class TestCreation:
             with pytest.raises(zorvan.ModelError, match="not available yet"):
                 zorvan.problem(arg)
 
-    def test_maximization_is_refused_for_now(self):
-        with pytest.raises(zorvan.ModelError, match="Maximization is not available yet"):
-            zorvan.problem(sense=zorvan.maximize)
+    def test_sense(self):
+        p = zorvan.problem(sense=zorvan.maximize)
+        assert p.attributes.objsense == -1.0 and p.controls.zslp_objsense == -1.0
+        assert p.copy().attributes.objsense == -1.0
+        p.reset()
+        assert p.attributes.objsense == 1.0 and p.controls.zslp_objsense == 1.0
         assert zorvan.problem(sense=zorvan.minimize).attributes.objsense == 1.0
 
     def test_initialising_twice(self):

@@ -48,10 +48,8 @@ PyObject *AttributeGetAttr(PyObject *self, PyObject *attr) {
   if (UnpackDescriptor(tuple, id, kind, source) == 0) {
     if (a->solve_index >= 0 && source != kMain)
       PyErr_SetString(InterfaceError, "Only ZRVS attributes are supported");
-    else if (a->solve_index >= 0)
-      PyErr_SetString(InterfaceError, "Attributes of a single solve are not available yet");
     else
-      result = ReadValue(p, id, kind, source, false);
+      result = ReadValue(p, id, kind, source, false, a->solve_index);
   }
   Py_DECREF(tuple);
   return result;
@@ -66,7 +64,7 @@ PyObject *AttributeRepr(PyObject *self) {
   auto *a = reinterpret_cast<AttributeObject *>(self);
   ProblemObject *p = a->problem;
   if (!p || !p->prob) return PyUnicode_FromString("<attributes of an uninitialized problem>");
-  PyObject *all = ReadAllValues(p, a->table, false);
+  PyObject *all = ReadAllValues(p, a->table, false, a->solve_index);
   if (!all) return nullptr;
   PyObject *text = PyUnicode_FromFormat("%S", all);
   Py_DECREF(all);

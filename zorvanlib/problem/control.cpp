@@ -169,8 +169,13 @@ void DetachView(PyObject *view) {
     reinterpret_cast<ControlObject *>(view)->problem = nullptr;
   else if (PyObject_TypeCheck(view, &AttributeType))
     reinterpret_cast<AttributeObject *>(view)->problem = nullptr;
-  else if (PyObject_TypeCheck(view, &ObjAttribType))
-    reinterpret_cast<ObjAttribObject *>(view)->problem = nullptr;
+  else if (PyObject_TypeCheck(view, &ObjAttribType)) {
+    auto *o = reinterpret_cast<ObjAttribObject *>(view);
+    o->problem = nullptr;
+    if (o->cache)
+      for (Py_ssize_t i = 0; i < PyList_GET_SIZE(o->cache); ++i)
+        DetachView(PyList_GET_ITEM(o->cache, i));
+  }
 }
 
 void SetupControlType() {

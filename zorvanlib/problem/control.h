@@ -27,6 +27,7 @@ struct AttributeObject {
 struct ObjAttribObject {
   PyObject_HEAD
   ProblemObject *problem;  // borrowed; cleared when the problem is released
+  PyObject *cache;         // list: the attribute view of each objective, or None
 };
 
 namespace zrv {
@@ -56,10 +57,13 @@ int NormaliseName(PyObject *name, std::string &out);
 int CheckControlValue(int kind, PyObject *value);
 // Sets one control of a problem. Returns 0 or -1 with an error set.
 int SetControlValue(ProblemObject *p, int id, int kind, int source, PyObject *value);
-// Reads one control or attribute of a problem; new reference or null.
-PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_control);
-// A dict of every value of the table (controls or attributes) of a problem.
-PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control);
+// Reads one control or attribute of a problem; new reference or null. An
+// index of 0 or more reads the attribute for that objective.
+PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_control,
+                    int index = -1);
+// A dict of every value of the table (controls or attributes) of a problem;
+// for an objective index, string and nonlinear attributes are left out.
+PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control, int index = -1);
 
 // Unpacks a descriptor tuple (id, kind, source). Returns 0 or -1.
 int UnpackDescriptor(PyObject *tuple, int &id, int &kind, int &source);

@@ -105,7 +105,8 @@ PyObject *EnumValue(const char *cls, long long v) {
 
 }  // namespace
 
-PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_control) {
+PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_control,
+                    int index) {
   PyObject *self = reinterpret_cast<PyObject *>(p);
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
@@ -120,7 +121,9 @@ PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_cont
     if (source == kMain) {
       int64_t v64 = 0;
       Py_BEGIN_ALLOW_THREADS
-      rc = is_control ? ZRVSgetintcontrol64(prob, id, &v64) : ZRVSgetintattrib64(prob, id, &v64);
+      rc = is_control   ? ZRVSgetintcontrol64(prob, id, &v64)
+           : index >= 0 ? ZRVSgetobjintattrib64(prob, index, id, &v64)
+                        : ZRVSgetintattrib64(prob, id, &v64);
       Py_END_ALLOW_THREADS
       v = v64;
     } else {
@@ -140,7 +143,9 @@ PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_cont
     double v = 0;
     Py_BEGIN_ALLOW_THREADS
     if (source == kMain)
-      rc = is_control ? ZRVSgetdblcontrol(prob, id, &v) : ZRVSgetdblattrib(prob, id, &v);
+      rc = is_control   ? ZRVSgetdblcontrol(prob, id, &v)
+           : index >= 0 ? ZRVSgetobjdblattrib(prob, index, id, &v)
+                        : ZRVSgetdblattrib(prob, id, &v);
     else
       rc = is_control ? ZSLPgetdblcontrol(slp, id, &v) : ZSLPgetdblattrib(slp, id, &v);
     Py_END_ALLOW_THREADS
@@ -148,6 +153,10 @@ PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_cont
     return PyFloat_FromDouble(v);
   }
   if (kind == kString) {
+    if (!is_control && index >= 0) {
+      PyErr_SetString(InterfaceError, "Multi-objective string attributes are not supported");
+      return nullptr;
+    }
     char buf[ZRVS_MAXSTRINGLENGTH] = {0};
     int nbytes = 0;
     Py_BEGIN_ALLOW_THREADS
@@ -166,7 +175,7 @@ PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_cont
   return nullptr;
 }
 
-PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control) {
+PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control, int index) {
   PyObject *result = PyDict_New();
   if (!result) return nullptr;
   // Snapshot the table so no lock is held across engine calls.
@@ -183,8 +192,10 @@ PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control) {
     PyObject *pair = PyList_GET_ITEM(items, i);
     int id, kind, source;
     PyObject *value = nullptr;
-    if (UnpackDescriptor(PyTuple_GET_ITEM(pair, 1), id, kind, source) == 0)
-      value = ReadValue(p, id, kind, source, is_control);
+    if (UnpackDescriptor(PyTuple_GET_ITEM(pair, 1), id, kind, source) == 0) {
+      if (index >= 0 && (kind == kString || source != kMain)) continue;
+      value = ReadValue(p, id, kind, source, is_control, index);
+    }
     if (!value || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), value) < 0) {
       Py_XDECREF(value);
       Py_DECREF(items);

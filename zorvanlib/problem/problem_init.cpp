@@ -54,20 +54,14 @@ int CheckDeclarationItem(PyObject *item, int depth) {
 }
 
 int SetObjectiveSense(ProblemObject *p, long sense) {
-  if (sense != 1) {
-    // The engine offers no call to change the objective sense yet.
-    PyErr_SetString(ModelError, "Maximization is not available yet");
-    return -1;
-  }
-  if (p->slpprob) {
-    int rc;
-    ZSLPprob slp = p->slpprob;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, 1.0);
-    Py_END_ALLOW_THREADS
-    if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
-  }
-  return 0;
+  ZRVSprob prob = p->prob;
+  ZSLPprob slp = p->slpprob;
+  int rc;
+  Py_BEGIN_ALLOW_THREADS
+  rc = ZRVSchgobjsense(prob, sense == 1 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE);
+  if (rc == 0 && slp) rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, sense == 1 ? 1.0 : -1.0);
+  Py_END_ALLOW_THREADS
+  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
 }  // namespace
