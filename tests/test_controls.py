@@ -165,3 +165,19 @@ def test_views_are_made_by_the_module_only(p):
         bare.presolve = 0
     assert bare.__dict__ is None
     assert "uninitialized" in repr(bare)
+
+
+def test_catalogue_kinds_match_values(p):
+    python_types = {1: int, 2: float, 3: str}
+    values = eval(repr(p.controls))
+    defaults = zorvan._getcontrols().__dict__
+    assert len(values) >= 10
+    for name, (ident, kind, source) in p.controls.__dict__.items():
+        assert name == name.lower() and ident > 0 and source in (0, 1, 2)
+        assert type(values[name]) is python_types[kind], name
+        assert type(defaults[name]) is python_types[kind], name
+        # A new problem switches the nonlinear presolve off and postsolve on.
+        if name not in ("zslp_postsolve", "zslp_presolve"):
+            assert defaults[name] == values[name], name
+    for name, (ident, kind, source) in p.attributes.__dict__.items():
+        assert name not in p.controls.__dict__

@@ -146,3 +146,28 @@ def test_message_handler_registration():
     zorvan.removecbmsghandler(handler)                # then the second
     with pytest.raises(zorvan.InterfaceError, match="empty set"):
         zorvan.removecbmsghandler(handler)
+
+
+def test_failed_lazy_start_is_undone():
+    # ZORVANDIR names the engine's installation directory; a missing one
+    # makes every start fail with the engine's own text.
+    result = run_python("""
+        import os, zorvan
+        os.environ["ZORVANDIR"] = "/no/such/zorvan/install"
+        def handler(*args):
+            pass
+        out = []
+        for call in (zorvan.problem, zorvan.getbanner,
+                     lambda: zorvan.addcbmsghandler(handler, None, 0)):
+            try:
+                call()
+            except zorvan.InterfaceError as e:
+                out.append("does not exist" in str(e))
+        out.append(zorvan.free())
+        zorvan.removecbmsghandler(handler)   # the entry was kept and can go
+        del os.environ["ZORVANDIR"]
+        out.append(zorvan.problem("late").name())
+        print(out)
+    """)
+    assert result.returncode == 0, result.stderr
+    assert result.stdout.strip() == "[True, True, True, False, 'late']"

@@ -158,3 +158,13 @@ class TestLifecycle:
         for t in threads:
             t.join()
         assert errors == []
+
+
+def test_subclass_and_unicode_names():
+    class Model(zorvan.problem):
+        pass
+
+    m = Model(name="modèle")
+    assert m.name() == "modèle" and str(m) == "modèle"
+    copied = m.copy()
+    assert type(copied) is Model and copied.name() == "modèle"
