@@ -30,8 +30,11 @@ int Names::find(const std::string &name) const {
 
 void Names::keep_only(const std::vector<char> &keep) {
   size_t n = 0;
-  for (size_t i = 0; i < names_.size(); ++i)
-    if (keep[i]) names_[n++] = std::move(names_[i]);
+  for (size_t i = 0; i < names_.size(); ++i) {
+    if (!keep[i]) continue;
+    if (n != i) names_[n] = std::move(names_[i]);  // a self-move would empty it
+    ++n;
+  }
   names_.resize(n);
   index_.clear();
 }

@@ -1,0 +1,293 @@
+// Model storage through the entry points: bulk adds read back, deletions that
+// keep matrix, names, sets, indicators and quadratic parts consistent, and
+// bad input that fails with a text naming the argument and changes nothing.
+#include <cmath>
+#include <cstring>
+
+#include "model_support.h"
+
+namespace {
+
+// Three columns and two rows given by columns:
+//   row 0: 1 x0 + 2 x1        <= 4
+//   row 1:        3 x1 + 4 x2 >= 1
+class SmallModel : public ModelTest {
+ protected:
+  void build() {
+    char types[2] = {'L', 'G'};
+    double rhs[2] = {4, 1};
+    ASSERT_EQ(ZRVSaddrows64(prob, 2, 0, types, rhs, nullptr, nullptr, nullptr, nullptr), 0);
+    int64_t start[3] = {0, 1, 3};
+    int rowind[4] = {0, 0, 1, 1};
+    double coef[4] = {1, 2, 3, 4};
+    double obj[3] = {1, 1, 1}, lb[3] = {0, -1, 0}, ub[3] = {5, 6, 7};
+    ASSERT_EQ(ZRVSaddcols64(prob, 3, 4, obj, start, rowind, coef, lb, ub), 0) << last_error();
+    ASSERT_EQ(ZRVSaddnames(prob, 2, "x0\0x1\0x2", 0, 2), 0);
+    ASSERT_EQ(ZRVSaddnames(prob, 1, "cap\0need", 0, 1), 0);
+  }
+  std::string names(int type, int first, int last) {
+    int n = 0;
+    EXPECT_EQ(ZRVSgetnamelist(prob, type, nullptr, 0, &n, first, last), 0);
+    std::string buf(n, '?');
+    EXPECT_EQ(ZRVSgetnames(prob, type, &buf[0], first, last), 0);
+    for (char &c : buf)
+      if (c == '\0') c = ',';
+    return buf;
+  }
+};
+
+TEST_F(SmallModel, ReadsBackColumnsRowsAndNames) {
+  build();
+  EXPECT_EQ(int_attrib(ZRVS_COLS), 3);
+  EXPECT_EQ(int_attrib(ZRVS_ROWS), 2);
+  EXPECT_EQ(int64_attrib(ZRVS_ELEMS), 4);
+  int64_t start[3], n = 0;
+  int ind[4];
+  double val[4];
+  ASSERT_EQ(ZRVSgetrows64(prob, start, ind, val, 4, &n, 0, 1), 0);
+  EXPECT_EQ(n, 4);
+  EXPECT_EQ(start[1], 2);
+  EXPECT_EQ(ind[1], 1);
+  EXPECT_EQ(val[1], 2.0);
+  EXPECT_EQ(ind[3], 2);
+  EXPECT_EQ(val[3], 4.0);
+  // maxcoefs smaller than the range: only that many entries, full count.
+  int64_t cstart[3];
+  ASSERT_EQ(ZRVSgetcols64(prob, cstart, ind, val, 1, &n, 1, 2), 0);
+  EXPECT_EQ(n, 3);
+  EXPECT_EQ(ind[0], 0);
+  EXPECT_EQ(cstart[2], 1);
+  double lb[3], ub[3];
+  ASSERT_EQ(ZRVSgetlb(prob, lb, 0, 2), 0);
+  ASSERT_EQ(ZRVSgetub(prob, ub, 1, 2), 0);
+  EXPECT_EQ(lb[1], -1.0);
+  EXPECT_EQ(ub[1], 7.0);
+  char rowtype[2];
+  double rhs[2], rng[2];
+  ASSERT_EQ(ZRVSgetrowtype(prob, rowtype, 0, 1), 0);
+  ASSERT_EQ(ZRVSgetrhs(prob, rhs, 0, 1), 0);
+  ASSERT_EQ(ZRVSgetrhsrange(prob, rng, 0, 1), 0);
+  EXPECT_EQ(rowtype[1], 'G');
+  EXPECT_EQ(rhs[1], 1.0);
+  EXPECT_EQ(rng[0], ZRVS_PLUSINFINITY);
+  EXPECT_EQ(names(2, 0, 2), "x0,x1,x2,");
+  int index = -2;
+  ASSERT_EQ(ZRVSgetindex(prob, 1, "need", &index), 0);
+  EXPECT_EQ(index, 1);
+  ASSERT_EQ(ZRVSgetindex(prob, 2, "nothere", &index), 0);
+  EXPECT_EQ(index, -1);
+}
+
+TEST_F(SmallModel, TypesBoundsAndThresholds) {
+  build();
+  int cols[3] = {0, 1, 2};
+  ASSERT_EQ(ZRVSchgcoltype(prob, 3, cols, "BIS"), 0);
+  EXPECT_EQ(int_attrib(ZRVS_MIPENTS), 3);
+  char types[3];
+  double lb[3], ub[3];
+  ASSERT_EQ(ZRVSgetcoltype(prob, types, 0, 2), 0);
+  ASSERT_EQ(ZRVSgetlb(prob, lb, 0, 2), 0);
+  ASSERT_EQ(ZRVSgetub(prob, ub, 0, 2), 0);
+  EXPECT_EQ(std::string(types, 3), "BIS");
+  EXPECT_EQ(lb[0], 0.0);  // binary columns get bounds [0, 1]
+  EXPECT_EQ(ub[0], 1.0);
+  EXPECT_EQ(ub[1], 6.0);  // integer columns keep theirs
+  char bt[2] = {'B', 'U'};
+  double bv[2] = {2, 3};
+  int bc[2] = {1, 1};
+  ASSERT_EQ(ZRVSchgbounds(prob, 2, bc, bt, bv), 0);
+  ASSERT_EQ(ZRVSgetlb(prob, lb, 1, 1), 0);
+  ASSERT_EQ(ZRVSgetub(prob, ub, 1, 1), 0);
+  EXPECT_EQ(lb[0], 2.0);
+  EXPECT_EQ(ub[0], 3.0);
+  double limit = 2.5;
+  ASSERT_EQ(ZRVSchgglblimit(prob, 1, &cols[2], &limit), 0);
+  expect_failure(ZRVSchgglblimit(prob, 1, &cols[1], &limit), "only S, R and P columns");
+}
+
+TEST_F(SmallModel, DeletingColumnsKeepsEverythingConsistent) {
+  build();
+  int64_t sstart = 0;
+  int members[3] = {0, 1, 2};
+  double refs[3] = {1, 2, 3};
+  ASSERT_EQ(ZRVSaddsets64(prob, 1, 3, "1", &sstart, members, refs), 0);
+  ASSERT_EQ(ZRVSchgcoltype(prob, 1, &members[2], "B"), 0);
+  int row = 0, flag = 1;
+  ASSERT_EQ(ZRVSsetindicators(prob, 1, &row, &members[2], &flag), 0);
+  int qa[2] = {0, 1}, qb[2] = {2, 1};
+  double qv[2] = {1, 1};
+  ASSERT_EQ(ZRVSaddqmatrix64(prob, 1, 2, qa, qb, qv), 0);
+  ASSERT_EQ(ZRVSchgmqobj64(prob, 2, qa, qb, qv), 0);
+
+  int del = 1;
+  ASSERT_EQ(ZRVSdelcols(prob, 1, &del), 0) << last_error();
+  EXPECT_EQ(int_attrib(ZRVS_COLS), 2);
+  EXPECT_EQ(names(2, 0, 1), "x0,x2,");
+  int64_t start[3], n = 0;
+  int ind[4];
+  double val[4];
+  ASSERT_EQ(ZRVSgetrows64(prob, start, ind, val, 4, &n, 0, 1), 0);
+  ASSERT_EQ(n, 2);  // row 0: x0; row 1: 4 x2 (now column 1)
+  EXPECT_EQ(ind[1], 1);
+  EXPECT_EQ(val[1], 4.0);
+  // The set lost x1; the indicator moved with x2; quadratic terms with x1
+  // are gone.
+  char st;
+  int setcols[3];
+  double setrefs[3];
+  ASSERT_EQ(ZRVSgetsets64(prob, &st, start, setcols, setrefs, 3, &n, 0, 0), 0);
+  ASSERT_EQ(n, 2);
+  EXPECT_EQ(setcols[1], 1);
+  EXPECT_EQ(setrefs[1], 3.0);
+  int icol = -5, icomp = 0;
+  ASSERT_EQ(ZRVSgetindicators(prob, &icol, &icomp, 0, 0), 0);
+  EXPECT_EQ(icol, 1);
+  EXPECT_EQ(int_attrib(ZRVS_QCELEMS), 1);
+  EXPECT_EQ(int_attrib(ZRVS_QELEMS), 1);
+  int index = -2;
+  ASSERT_EQ(ZRVSgetindex(prob, 2, "x2", &index), 0);
+  EXPECT_EQ(index, 1);
+  // Deleting the indicator's column drops the indicator.
+  ASSERT_EQ(ZRVSdelcols(prob, 1, &index), 0);
+  EXPECT_EQ(int_attrib(ZRVS_INDICATORS), 0);
+}
+
+TEST_F(SmallModel, DeletingRowsAndSets) {
+  build();
+  int row = 0;
+  ASSERT_EQ(ZRVSdelrows(prob, 1, &row), 0);
+  EXPECT_EQ(int_attrib(ZRVS_ROWS), 1);
+  EXPECT_EQ(names(1, 0, 0), "need,");
+  EXPECT_EQ(int64_attrib(ZRVS_ELEMS), 2);
+  int64_t start[3] = {0, 1, 2};
+  int members[2] = {0, 2};
+  double refs[2] = {1, 2};
+  ASSERT_EQ(ZRVSaddsets64(prob, 2, 2, "12", start, members, refs), 0);
+  ASSERT_EQ(ZRVSaddnames(prob, 3, "first\0second", 0, 1), 0);
+  int set = 0;
+  ASSERT_EQ(ZRVSdelsets(prob, 1, &set), 0);
+  EXPECT_EQ(names(3, 0, 0), "second,");
+  char st;
+  int64_t n = 0;
+  ASSERT_EQ(ZRVSgetsets64(prob, &st, nullptr, members, nullptr, 2, &n, 0, 0), 0);
+  EXPECT_EQ(st, '2');
+  EXPECT_EQ(members[0], 2);
+}
+
+TEST_F(SmallModel, UnnamedEntriesHaveGeneratedNames) {
+  build();
+  char type = 'N';
+  ASSERT_EQ(ZRVSaddrows64(prob, 1, 0, &type, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(names(1, 1, 2), "need,R2,");
+  int index = -2;
+  ASSERT_EQ(ZRVSgetindex(prob, 1, "R2", &index), 0);
+  EXPECT_EQ(index, 2);
+  ASSERT_EQ(ZRVSgetindex(prob, 1, "R1", &index), 0);
+  EXPECT_EQ(index, -1);  // row 1 is called "need"
+  char small[4];
+  expect_failure(ZRVSgetnamelist(prob, 1, small, 4, nullptr, 0, 2), "maxbytes");
+}
+
+// Each bad call fails, names the argument, and leaves the model as it was.
+TEST_F(SmallModel, BadInputFailsAndChangesNothing) {
+  build();
+  auto snapshot = [&] {
+    std::vector<double> lb(3), ub(3), obj(3);
+    ZRVSgetlb(prob, lb.data(), 0, 2);
+    ZRVSgetub(prob, ub.data(), 0, 2);
+    ZRVSgetobj(prob, obj.data(), 0, 2);
+    lb.insert(lb.end(), ub.begin(), ub.end());
+    lb.insert(lb.end(), obj.begin(), obj.end());
+    lb.push_back(int_attrib(ZRVS_ROWS));
+    lb.push_back(int_attrib(ZRVS_COLS));
+    lb.push_back(static_cast<double>(int64_attrib(ZRVS_ELEMS)));
+    return lb;
+  };
+  std::vector<double> before = snapshot();
+  double nan = std::nan(""), one = 1;
+  int bad = 7, ok = 0, neg = -1;
+  int64_t zero = 0;
+  char L = 'L', X = 'X';
+  expect_failure(ZRVSaddcols64(prob, -1, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+                 "ncols is negative");
+  expect_failure(ZRVSaddcols64(prob, 1, 1, nullptr, &zero, &bad, &one, nullptr, nullptr),
+                 "rowind[0] = 7");
+  expect_failure(ZRVSaddcols64(prob, 1, 0, nullptr, nullptr, nullptr, nullptr, &nan, nullptr),
+                 "lb[0] is NaN");
+  int twice[2] = {0, 0};
+  double two[2] = {1, 1};
+  expect_failure(ZRVSaddcols64(prob, 1, 2, nullptr, &zero, twice, two, nullptr, nullptr),
+                 "two coefficients");
+  expect_failure(ZRVSaddrows64(prob, 1, 0, &X, &one, nullptr, nullptr, nullptr, nullptr),
+                 "rowtype[0]");
+  expect_failure(ZRVSaddrows64(prob, 1, 1, &L, &one, nullptr, &zero, nullptr, &one), "colind");
+  expect_failure(ZRVSaddrows64(prob, 1, 0, &L, &nan, nullptr, nullptr, nullptr, nullptr),
+                 "rhs[0] is NaN");
+  char R = 'R';
+  expect_failure(ZRVSaddrows64(prob, 1, 0, &R, &one, nullptr, nullptr, nullptr, nullptr), "rng");
+  expect_failure(ZRVSchgbounds(prob, 1, &bad, &L, &one), "colind[0] = 7");
+  expect_failure(ZRVSchgbounds(prob, 1, &ok, &X, &one), "bndtype[0]");
+  expect_failure(ZRVSchgbounds(prob, 1, &ok, &L, &nan), "bndval[0] is NaN");
+  expect_failure(ZRVSchgbounds(prob, 1, &ok, &L, nullptr), "bndval is NULL");
+  expect_failure(ZRVSchgcoltype(prob, 1, &ok, "Q"), "coltype[0]");
+  expect_failure(ZRVSchgobj(prob, 1, &bad, &one), "colind[0] = 7");
+  expect_failure(ZRVSchgobj(prob, 1, &ok, &nan), "objcoef[0]");
+  expect_failure(ZRVSchgobjn(prob, 3, 1, &ok, &one), "objidx 3");
+  expect_failure(ZRVSchgobjsense(prob, 0), "sense");
+  expect_failure(ZRVSdelcols(prob, 1, &bad), "colind[0] = 7");
+  expect_failure(ZRVSdelrows(prob, 1, &neg), "rowind[0] = -1");
+  expect_failure(ZRVSdelsets(prob, 1, &ok), "setind[0] = 0");
+  expect_failure(ZRVSaddnames(prob, 4, "a", 0, 0), "type 4");
+  expect_failure(ZRVSaddnames(prob, 2, "a", 2, 3), "first..last");
+  expect_failure(ZRVSaddqmatrix64(prob, 5, 0, nullptr, nullptr, nullptr), "row[0] = 5");
+  expect_failure(ZRVSaddqmatrix64(prob, 0, 1, &ok, &bad, &one), "rowqcol2[0] = 7");
+  expect_failure(ZRVSaddsets64(prob, 1, 1, "3", &zero, &ok, &one), "settype[0]");
+  int dup[2] = {0, 1};
+  double same[2] = {1, 1};
+  expect_failure(ZRVSaddsets64(prob, 1, 2, "1", &zero, dup, same), "reference value");
+  expect_failure(ZRVSsetindicators(prob, 1, &ok, &ok, &bad), "complement[0]");
+  double out[3];
+  expect_failure(ZRVSgetlb(prob, out, 2, 1), "first..last");
+  expect_failure(ZRVSgetub(prob, out, 0, 3), "first..last");
+  expect_failure(ZRVSgetrhs(prob, nullptr, 0, 0), "rhs is NULL");
+  int64_t n;
+  expect_failure(ZRVSgetcols64(prob, nullptr, nullptr, nullptr, 0, nullptr, 0, 0), "ncoefs");
+  expect_failure(ZRVSgetrows64(prob, nullptr, nullptr, nullptr, 0, &n, 0, 5), "first..last");
+  expect_failure(ZRVSgetindex(prob, 2, nullptr, &ok), "name is NULL");
+  EXPECT_EQ(snapshot(), before);
+}
+
+// Many batches of columns and rows: appends stay cheap and the model stays
+// exact.
+TEST_F(ModelTest, ManyBatchesOfColumnsAndRows) {
+  const int batches = 200, per = 500;
+  std::vector<double> obj(per, 1), lb(per, 0), ub(per, 1);
+  std::vector<int64_t> start(per);
+  std::vector<int> ind(per);
+  std::vector<double> val(per, 1);
+  std::vector<char> types(per, 'L');
+  std::vector<double> rhs(per, 1);
+  for (int b = 0; b < batches; ++b) {
+    int first = b * per;
+    ASSERT_EQ(ZRVSaddcols64(prob, per, 0, obj.data(), nullptr, nullptr, nullptr, lb.data(),
+                            ub.data()),
+              0);
+    // Row k of the batch holds column first + k.
+    for (int k = 0; k < per; ++k) start[k] = k, ind[k] = first + k;
+    ASSERT_EQ(ZRVSaddrows64(prob, per, per, types.data(), rhs.data(), nullptr, start.data(),
+                            ind.data(), val.data()),
+              0);
+  }
+  EXPECT_EQ(int_attrib(ZRVS_COLS), batches * per);
+  EXPECT_EQ(int64_attrib(ZRVS_ELEMS), batches * per);
+  int64_t s[2], n = 0;
+  int col = -1;
+  double v = 0;
+  ASSERT_EQ(ZRVSgetrows64(prob, s, &col, &v, 1, &n, 77777, 77777), 0);
+  EXPECT_EQ(col, 77777);
+  ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+  optimize();
+  EXPECT_NEAR(dbl_attrib(ZRVS_LPOBJVAL), batches * per, 1e-6);
+}
+
+}  // namespace
