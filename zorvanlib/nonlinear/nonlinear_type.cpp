@@ -1,4 +1,4 @@
-#include "model/nonlinear.h"
+#include "nonlinear/nonlinear.h"
 
 #include "model/pending.h"
 #include "module/help.h"
