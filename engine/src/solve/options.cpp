@@ -57,6 +57,8 @@ std::shared_lock<std::shared_mutex> lock_scheduler(int threads) {
 void apply_controls(void *h, const zrvs_problem &p, char algorithm) {
   const ControlValues &c = p.controls;
   const char *who = "optimize";
+  // The log reaches the problem's message callbacks only, never stdout.
+  set_bool(h, "log_to_console", false);
   set_bool(h, "output_flag", c.get_int(ZRVS_OUTPUTLOG, who) >= 2);
   set_dbl(h, "primal_feasibility_tolerance", c.get_dbl(ZRVS_FEASTOL, who));
   set_dbl(h, "dual_feasibility_tolerance", c.get_dbl(ZRVS_OPTIMALITYTOL, who));

@@ -119,8 +119,9 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
   HighsHandle highs;
   void *h = highs.h;
   if (!h) throw std::bad_alloc();
-  apply_controls(h, p, algorithm);
+  // The callback first, so that HiGHS's banner goes through it too.
   SolveCallback callback(h, p);
+  apply_controls(h, p, algorithm);
   {
     LpBuilder &lp = build.lp;
     std::copy(stages[0].cost.begin(), stages[0].cost.end(), lp.cost.begin());
