@@ -32,9 +32,9 @@ int ZRVSaddcols64(ZRVSprob prob, int ncols, int64_t ncoefs, const double objcoef
     }
     if (ncols == 0) return;
     int first = m.cols();
-    m.mrow.reserve(m.mrow.size() + ncoefs);
-    m.mcol.reserve(m.mcol.size() + ncoefs);
-    m.mval.reserve(m.mval.size() + ncoefs);
+    reserve_more(m.mrow, ncoefs);
+    reserve_more(m.mcol, ncoefs);
+    reserve_more(m.mval, ncoefs);
     m.append_columns(ncols);
     for (int j = 0; j < ncols; ++j) {
       int c = first + j;

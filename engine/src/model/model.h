@@ -3,6 +3,7 @@
 // names, the quadratic objective, quadratic parts of rows, special ordered
 // sets, indicator constraints and several linear objectives.
 #pragma once
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -17,14 +18,11 @@ namespace zorvan {
 class Names {
  public:
   explicit Names(char prefix) : prefix_(prefix) {}
-  void append_unnamed(size_t n) {
-    names_.resize(names_.size() + n);
-    index_.clear();
-  }
-  void set(size_t i, std::string name) {
-    names_[i] = std::move(name);
-    index_.clear();
-  }
+  // New entries are unnamed, so the name index stays valid.
+  void append_unnamed(size_t n) { names_.resize(names_.size() + n); }
+  // Keeps a built index up to date, so that naming entries one by one while
+  // looking names up stays linear.
+  void set(size_t i, std::string name);
   // The name of entry i, generated ("C12") when it has none.
   std::string get(size_t i) const;
   // Lowest index carrying that name (generated names included), or -1.
@@ -32,12 +30,13 @@ class Names {
   // Keeps the entries whose keep flag is set.
   void keep_only(const std::vector<char> &keep);
   size_t size() const { return names_.size(); }
-  void clear() { names_.clear(), index_.clear(); }
+  void clear() { names_.clear(), index_.clear(), indexed_ = false; }
 
  private:
   char prefix_;
   std::vector<std::string> names_;
   mutable std::unordered_map<std::string, int> index_;  // built on demand
+  mutable bool indexed_ = false;
 };
 
 // One linear objective: coefficients by column, a constant, and the controls
@@ -50,6 +49,14 @@ struct Objective {
   double abstol = 1e-6;
   double reltol = 1e-6;
 };
+
+// Grows v for `extra` more elements, at least doubling its capacity, so that
+// appending in many batches stays linear.
+template <class V>
+void reserve_more(V &v, size_t extra) {
+  size_t need = v.size() + extra;
+  if (need > v.capacity()) v.reserve(std::max(need, 2 * v.capacity()));
+}
 
 // A column-pair key (i <= j) of a symmetric quadratic form.
 using QKey = std::pair<int, int>;

@@ -10,11 +10,27 @@ std::string Names::get(size_t i) const {
   return std::string(1, prefix_) + std::to_string(i);
 }
 
+void Names::set(size_t i, std::string name) {
+  if (indexed_ && !names_[i].empty()) {
+    auto it = index_.find(names_[i]);
+    // Dropping the entry of the old name may uncover a later duplicate: rebuild.
+    if (it != index_.end() && it->second == static_cast<int>(i)) indexed_ = false;
+  }
+  if (indexed_ && !name.empty()) {
+    auto inserted = index_.emplace(name, static_cast<int>(i));
+    if (!inserted.second && inserted.first->second > static_cast<int>(i))
+      inserted.first->second = static_cast<int>(i);
+  }
+  names_[i] = std::move(name);
+}
+
 int Names::find(const std::string &name) const {
-  if (index_.empty() && !names_.empty()) {
+  if (!indexed_) {
+    index_.clear();
     index_.reserve(names_.size());
     for (size_t i = 0; i < names_.size(); ++i)
       if (!names_[i].empty()) index_.emplace(names_[i], static_cast<int>(i));
+    indexed_ = true;
   }
   auto it = index_.find(name);
   if (it != index_.end()) return it->second;
@@ -37,6 +53,7 @@ void Names::keep_only(const std::vector<char> &keep) {
   }
   names_.resize(n);
   index_.clear();
+  indexed_ = false;
 }
 
 }  // namespace zorvan

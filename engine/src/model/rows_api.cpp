@@ -35,9 +35,9 @@ int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[]
       }
     }
     int first = m.rows();
-    m.mrow.reserve(m.mrow.size() + ncoefs);
-    m.mcol.reserve(m.mcol.size() + ncoefs);
-    m.mval.reserve(m.mval.size() + ncoefs);
+    reserve_more(m.mrow, ncoefs);
+    reserve_more(m.mcol, ncoefs);
+    reserve_more(m.mval, ncoefs);
     m.append_rows(nrows);
     for (int i = 0; i < nrows; ++i) {
       int r = first + i;

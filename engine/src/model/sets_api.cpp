@@ -57,8 +57,8 @@ int ZRVSaddsets64(ZRVSprob prob, int nsets, int64_t nelems, const char settype[]
         if (colind[order[k]] == colind[order[k - 1]])
           fail(ZRVS_ERR_ARGUMENT, "%s: set %d holds column %d twice", who, s, colind[order[k]]);
     }
-    m.setcol.reserve(m.setcol.size() + nelems);
-    m.setref.reserve(m.setref.size() + nelems);
+    reserve_more(m.setcol, nelems);
+    reserve_more(m.setref, nelems);
     for (int s = 0; s < nsets; ++s) {
       if (nelems > 0) {
         int64_t b = start[s], e = s + 1 < nsets ? start[s + 1] : nelems;
