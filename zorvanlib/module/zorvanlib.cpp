@@ -5,6 +5,7 @@
 #include "module/functions.h"
 #include "module/globals.h"
 #include "module/types.h"
+#include "nonlinear/functions.h"
 #include "problem/control.h"
 
 namespace zrv {
@@ -75,7 +76,7 @@ PyObject *Initialise() {
   // 2: construction of these happens in their initialisers.
   for (PyTypeObject *t : {&SosType, &ExpressionType, &ConstraintType, &ControlType,
                           &BranchObjType, &PoolCutType, &ZrvsObjectType, &GenericType,
-                          &LinTermType, &QuadTermType, &NonlinearType})
+                          &LinTermType, &QuadTermType})
     t->tp_new = PyType_GenericNew;
   // 3
   for (PyTypeObject *t : AllTypes)
@@ -127,6 +128,7 @@ PyObject *Initialise() {
        PyModule_AddObjectRef(module, "SolverError", SolverError) == 0;
   // 10
   ok = ok && PublishConstants(module) == 0;
+  ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0;
   if (!ok) {
     // ModuleFree runs when the module object goes; clear what it would see.
     ReleaseTables();

@@ -2,10 +2,14 @@
 #pragma once
 
 #include "nonlinear/nonlinear.h"
+#include "nonlinear/numpy_support.h"
 
 #include "module/types.h"
 
 namespace zrv {
+
+// Recursive walks over trees stop descending after this many levels.
+constexpr int kDepthBudget = 64;
 
 inline bool IsNonlinear(PyObject *o) { return PyObject_TypeCheck(o, &NonlinearType); }
 
@@ -16,10 +20,34 @@ inline bool IsNode(PyObject *o, int op) {
 inline PyObject *NodeArgs(PyObject *o) { return reinterpret_cast<NonlinearObject *>(o)->args; }
 inline int NodeOp(PyObject *o) { return reinterpret_cast<NonlinearObject *>(o)->op; }
 
-// A plain Python number (int, bool or float).
-inline bool IsNumber(PyObject *o) { return PyLong_Check(o) || PyFloat_Check(o); }
+// A number: a Python int (bool included) or float, or a NumPy signed
+// integer or floating scalar.
+inline bool IsNumber(PyObject *o) {
+  return PyLong_Check(o) || PyFloat_Check(o) || IsNumpyNumber(o);
+}
+
+// Whether o is a number equal to v (a number too large for a double is not).
+bool IsNumberEqual(PyObject *o, double v);
+
+// A number, or an expression with neither linear nor quadratic part: stores
+// its value and returns true.
+bool ConstantValue(PyObject *o, double *value);
 
 // A node of op over args, stealing the reference to args (released on failure).
 PyObject *NewNode(int op, PyObject *args);
+
+// A deep copy of a tree: every node above the depth budget is rebuilt, so
+// that changing the copy in place never reaches the original. Other objects
+// are returned with a new reference.
+PyObject *CopyTree(PyObject *o);
+
+// The negation of any operand: a node op 2 around a tree, the interpreter's
+// negation for anything else.
+PyObject *Negate(PyObject *o);
+
+// Number slots and methods of the type (operators.cpp, printing.cpp).
+extern PyNumberMethods NonlinearNumberMethods;
+PyObject *NonlinearRepr(PyObject *self);
+extern PyMethodDef NonlinearMethods[];
 
 }  // namespace zrv

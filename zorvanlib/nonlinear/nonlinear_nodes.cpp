@@ -27,7 +27,7 @@ int ClassifyOperand(PyObject *o) {
   if (PyObject_TypeCheck(o, &VarType)) return 1;
   if (PyObject_TypeCheck(o, &NonlinearType)) return 5;
   if (PyObject_TypeCheck(o, &QuadTermType)) return 3;
-  if (PyLong_Check(o) || PyFloat_Check(o)) return 0;
+  if (IsNumber(o)) return 0;
   PyErr_Format(ModelError, "Invalid object in operation: <%S>", o);
   return -1;
 }

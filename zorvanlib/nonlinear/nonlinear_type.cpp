@@ -51,6 +51,10 @@ void SetupNonlinearType() {
   InitType(t, "zorvan.nonlinear", sizeof(NonlinearObject));
   t.tp_new = NonlinearNew;
   t.tp_dealloc = NonlinearDealloc;
+  t.tp_repr = NonlinearRepr;
+  t.tp_str = NonlinearRepr;
+  t.tp_as_number = &NonlinearNumberMethods;
+  t.tp_methods = NonlinearMethods;
   t.tp_doc = ZRV_HELP(
       "A nonlinear expression: a tree of operators and functions over numbers, variables, "
       "terms and expressions.",
