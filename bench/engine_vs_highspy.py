@@ -1,9 +1,12 @@
 """Solve time through the engine against highspy on the same arrays.
 
-Both sides get the same column-wise arrays of an LP (a transportation
-problem) and a MIP (capacitated facility location) and solve them with the
-same HiGHS; the script reports the best of several runs and the ratio
-engine / highspy, measured in one run. It also times appending columns and
+Three sides get the same column-wise arrays of an LP (a transportation
+problem) and a MIP (capacitated facility location): the engine, highspy
+(HiGHS 1.15.1 as built into its wheel) and raw HiGHS, that is the C interface
+of the very libhighs.so the engine links (from highsbox). The last isolates
+the engine's own overhead from differences between the two HiGHS builds. The
+script reports the best of several interleaved runs and the ratios, measured
+in one run. It also times appending columns and
 rows in batches to show that building is linear in the model size.
 
     .venv/bin/pip install -e '.[bench]'   # or: pip install highspy==1.15.1
@@ -43,6 +46,24 @@ LIB.ZRVSoptimize.argtypes = [P, ctypes.c_char_p, ctypes.POINTER(ctypes.c_int),
 LIB.ZRVSgetdblattrib.argtypes = [P, ctypes.c_int, ctypes.POINTER(ctypes.c_double)]
 LIB.ZRVSgetintattrib.argtypes = [P, ctypes.c_int, ctypes.POINTER(ctypes.c_int)]
 OUTPUTLOG, THREADS, LPOBJVAL, MIPOBJVAL = 8035, 8278, 2001, 2003
+
+import highsbox  # noqa: E402
+
+RAW = ctypes.CDLL(os.path.join(highsbox.highs_lib_dir(), "libhighs.so"))
+RAW.Highs_create.restype = P
+RAW.Highs_destroy.argtypes = [P]
+RAW.Highs_setBoolOptionValue.argtypes = [P, ctypes.c_char_p, ctypes.c_int]
+RAW.Highs_setDoubleOptionValue.argtypes = [P, ctypes.c_char_p, ctypes.c_double]
+RAW.Highs_passModel.argtypes = [P, ctypes.c_int, ctypes.c_int, ctypes.c_int, ctypes.c_int,
+                                ctypes.c_int, ctypes.c_int, ctypes.c_int, ctypes.c_double,
+                                DBL_P, DBL_P, DBL_P, DBL_P, DBL_P, I32_P, I32_P, DBL_P,
+                                P, P, P, P]
+RAW.Highs_run.argtypes = [P]
+RAW.Highs_getObjectiveValue.argtypes = [P]
+RAW.Highs_getObjectiveValue.restype = ctypes.c_double
+TOLERANCES = (("primal_feasibility_tolerance", 1e-6), ("dual_feasibility_tolerance", 1e-6),
+              ("mip_feasibility_tolerance", 1e-6), ("mip_rel_gap", 1e-4),
+              ("mip_abs_gap", 1e-6))
 
 
 class Model:
@@ -136,6 +157,9 @@ def solve_engine(model):
 def solve_highspy(model):
     h = highspy.Highs()
     h.setOptionValue("output_flag", False)
+    # The engine's default tolerances, so that both run the same search.
+    for option, value in TOLERANCES:
+        h.setOptionValue(option, value)
     t0 = time.perf_counter()
     lp = highspy.HighsLp()
     ncols, nrows = len(model.obj), len(model.rowtype)
@@ -160,6 +184,39 @@ def solve_highspy(model):
     h.run()
     elapsed = time.perf_counter() - t0
     return elapsed, h.getInfo().objective_function_value
+
+
+def row_bounds(model):
+    kinds = np.frombuffer(model.rowtype, dtype="S1")
+    lower = np.where((kinds == b"G") | (kinds == b"E"), model.rhs, -INF)
+    upper = np.where((kinds == b"L") | (kinds == b"E"), model.rhs, INF)
+    return np.ascontiguousarray(lower), np.ascontiguousarray(upper)
+
+
+def solve_raw(model):
+    h = RAW.Highs_create()
+    try:
+        RAW.Highs_setBoolOptionValue(h, b"output_flag", 0)
+        for option, value in TOLERANCES:
+            RAW.Highs_setDoubleOptionValue(h, option.encode(), value)
+        t0 = time.perf_counter()
+        lower, upper = row_bounds(model)
+        ncols = len(model.obj)
+        integrality = None
+        if len(model.integer):
+            integrality = np.zeros(ncols, dtype=np.int32)
+            integrality[model.integer] = 1
+            integrality = integrality.ctypes.data_as(P)
+        start = model.start[:-1].astype(np.int32)
+        assert RAW.Highs_passModel(h, ncols, len(model.rowtype), len(model.value), 0, 1, 0, 1,
+                                   0.0, model.obj, model.lb, model.ub, lower, upper, start,
+                                   model.index, model.value, None, None, None,
+                                   integrality) != -1
+        RAW.Highs_run(h)
+        elapsed = time.perf_counter() - t0
+        return elapsed, RAW.Highs_getObjectiveValue(h)
+    finally:
+        RAW.Highs_destroy(h)
 
 
 def append_in_batches(n, batch):
@@ -192,18 +249,21 @@ def main():
     parser.add_argument("--repeat", type=int, default=3)
     args = parser.parse_args()
     assert LIB.ZRVSinit(None) == 0
-    cases = [("LP transportation 150x400", transportation(150, 400, 1)),
+    cases = [("LP transportation 300x800", transportation(300, 800, 1)),
              ("MIP facility location 25x60", facility_location(25, 60, 2))]
-    print(f"{'model':32} {'engine s':>9} {'highspy s':>9} {'ratio':>7}  objective")
+    print(f"{'model':30} {'engine s':>9} {'highspy s':>9} {'raw s':>7} "
+          f"{'/highspy':>8} {'/raw':>6}  objective")
     for name, model in cases:
-        engine, peer = [], []
-        for _ in range(args.repeat):  # interleaved so load changes hit both
+        engine, peer, raw = [], [], []
+        for _ in range(args.repeat):  # interleaved so load changes hit all
             engine.append(solve_engine(model))
             peer.append(solve_highspy(model))
-        e, p = min(t for t, _ in engine), min(t for t, _ in peer)
-        obj_e, obj_p = engine[0][1], peer[0][1]
-        assert abs(obj_e - obj_p) <= 1e-6 * max(1.0, abs(obj_p)), (obj_e, obj_p)
-        print(f"{name:32} {e:9.3f} {p:9.3f} {e / p:7.3f}  {obj_e:.6g}")
+            raw.append(solve_raw(model))
+        e, p, r = (min(t for t, _ in runs) for runs in (engine, peer, raw))
+        obj_e = engine[0][1]
+        for _, obj in peer[:1] + raw[:1]:
+            assert abs(obj_e - obj) <= 1e-6 * max(1.0, abs(obj)), (obj_e, obj)
+        print(f"{name:30} {e:9.3f} {p:9.3f} {r:7.3f} {e / p:8.3f} {e / r:6.3f}  {obj_e:.6g}")
     print()
     print("appending rows then columns in batches of 10^4 (3 nonzeros per column)")
     base = None
