@@ -68,4 +68,20 @@ PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control, int 
 // Unpacks a descriptor tuple (id, kind, source). Returns 0 or -1.
 int UnpackDescriptor(PyObject *tuple, int &id, int &kind, int &source);
 
+// Kind of a main-engine control or attribute given by its integer identifier,
+// from the engine's catalogue. Returns 0, or -1 with InterfaceError ("Unknown
+// control ID %d", "Unknown control type %d") or ModelError (list unreadable).
+int KindOfIdentifier(int id, int &kind);
+
+// Objective controls (priority, weight, abstol, reltol, rhs) of one objective.
+// The identifier of a key (int identifier or name in any case); 0 or -1 with
+// InterfaceError.
+int ObjControlId(PyObject *key, int &id);
+// The lower-case name of an objective control identifier.
+const char *ObjControlName(int id);
+// Reads one objective control; new reference or null.
+PyObject *GetObjControl(ProblemObject *p, int objidx, int id);
+// Sets one objective control; key is only used in messages. 0 or -1.
+int SetObjControl(ProblemObject *p, int objidx, int id, PyObject *key, PyObject *value);
+
 }  // namespace zrv

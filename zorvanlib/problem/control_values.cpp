@@ -16,6 +16,31 @@ int UnpackDescriptor(PyObject *tuple, int &id, int &kind, int &source) {
   return 0;
 }
 
+int KindOfIdentifier(int id, int &kind) {
+  const int *ids = nullptr;
+  const int *flags = nullptr;
+  int rc;
+  Py_BEGIN_ALLOW_THREADS
+  rc = ZRVSgetcalist_d(&ids, &flags);
+  Py_END_ALLOW_THREADS
+  if (rc != 0 || !ids || !flags) {
+    PyErr_SetString(ModelError, "Internal error: failed to get control list");
+    return -1;
+  }
+  for (int i = 0; ids[i] != 0; ++i) {
+    if (ids[i] != id) continue;
+    int type = flags[i] & 7;
+    switch (type) {
+      case ZRVS_CAFLAG_INT: kind = kInt; return 0;
+      case ZRVS_CAFLAG_DOUBLE: kind = kReal; return 0;
+      case ZRVS_CAFLAG_STRING: kind = kString; return 0;
+      default: PyErr_Format(InterfaceError, "Unknown control type %d", type); return -1;
+    }
+  }
+  PyErr_Format(InterfaceError, "Unknown control ID %d", id);
+  return -1;
+}
+
 int CheckControlValue(int kind, PyObject *value) {
   switch (kind) {
     case kInt:

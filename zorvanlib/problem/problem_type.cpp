@@ -4,6 +4,7 @@
 #include "module/help.h"
 #include "module/types.h"
 #include "problem/control.h"
+#include "problem/control_methods.h"
 #include "problem/problem.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
@@ -183,6 +184,12 @@ PyMethodDef ProblemMethods[] = {
               "p.setOutputEnabled(False)",
               "The messages go to sys.stdout; the module-wide switch must be on too.",
               "problem.getOutputEnabled, zorvan.setOutputEnabled")},
+    {"getControl", WithKeywords(ProblemGetControl),
+     METH_VARARGS | METH_KEYWORDS, GetControlDoc},
+    {"setControl", WithKeywords(ProblemSetControl),
+     METH_VARARGS | METH_KEYWORDS, SetControlDoc},
+    {"getAttrib", WithKeywords(ProblemGetAttrib),
+     METH_VARARGS | METH_KEYWORDS, GetAttribDoc},
     {nullptr, nullptr, 0, nullptr},
 };
 
