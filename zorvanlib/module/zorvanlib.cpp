@@ -1,4 +1,5 @@
 // Module initialisation and teardown.
+#include "aggregate/aggregate.h"
 #include "module/constants.h"
 #include "module/environment.h"
 #include "module/errors.h"
@@ -128,7 +129,8 @@ PyObject *Initialise() {
        PyModule_AddObjectRef(module, "SolverError", SolverError) == 0;
   // 10
   ok = ok && PublishConstants(module) == 0;
-  ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0;
+  ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0 &&
+       PyModule_AddFunctions(module, AggregateFunctions) == 0;
   if (!ok) {
     // ModuleFree runs when the module object goes; clear what it would see.
     ReleaseTables();
