@@ -281,8 +281,8 @@ PyObject *Logical(PyObject *args, int op, const char *fname) {
   Py_ssize_t n = PyList_GET_SIZE(list);
   PyObject *result;
   if (constant) {
-    // Only numbers: the truth value itself.
-    bool value = op == OpAnd;
+    // Only numbers: the truth value itself; with no operand at all, True.
+    bool value = op == OpAnd || n == 0;
     for (Py_ssize_t i = 0; i < n; ++i) {
       int t = PyObject_IsTrue(PyList_GET_ITEM(list, i));
       if (t < 0) {

@@ -55,6 +55,9 @@ void SetupNonlinearType() {
   t.tp_str = NonlinearRepr;
   t.tp_as_number = &NonlinearNumberMethods;
   t.tp_methods = NonlinearMethods;
+  // Comparisons build constraints with the slot all modelling types share
+  // (the variable type is set up first).
+  t.tp_richcompare = VarType.tp_richcompare;
   t.tp_doc = ZRV_HELP(
       "A nonlinear expression: a tree of operators and functions over numbers, variables, "
       "terms and expressions.",
