@@ -244,6 +244,11 @@ def test_vector_operands_go_to_numpy(xyz):
     assert r[0] == 0.0 and str(r[1]) == "(sin (x) * 2.0)"
     r = s / np.array([2.0])
     assert str(r[0]) == "(sin (x) * 0.5)"
+    # NumPy scalars enter trees as plain floats
+    assert str(s + np.float64(2)) == "(sin (x) + 2.0)"
+    assert str(s * np.int64(3)) == "(sin (x) * 3.0)"
+    assert str(s ** np.int32(3)) == "(sin (x) ** 3.0)"
+    assert len({s, s, z.sin(x)}) == 2  # hashed by identity
 
 
 def test_invalid_operands(xyz):

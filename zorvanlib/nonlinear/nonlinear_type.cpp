@@ -58,6 +58,9 @@ void SetupNonlinearType() {
   // Comparisons build constraints with the slot all modelling types share
   // (the variable type is set up first).
   t.tp_richcompare = VarType.tp_richcompare;
+  // Nodes are hashed by identity (comparisons build constraints instead of
+  // deciding equality).
+  t.tp_hash = PyBaseObject_Type.tp_hash;
   t.tp_doc = ZRV_HELP(
       "A nonlinear expression: a tree of operators and functions over numbers, variables, "
       "terms and expressions.",

@@ -296,16 +296,61 @@ PyObject *Power(PyObject *a, PyObject *b, PyObject *mod) {
   return MakeNonlinearBinary(OpPower, a, b);
 }
 
-PyObject *NlAdd(PyObject *a, PyObject *b) { return Add(a, b, false); }
-PyObject *NlSubtract(PyObject *a, PyObject *b) { return Subtract(a, b, false); }
-PyObject *NlMultiply(PyObject *a, PyObject *b) { return Multiply(a, b, false); }
-PyObject *NlDivide(PyObject *a, PyObject *b) { return Divide(a, b, false); }
-PyObject *NlInPlaceAdd(PyObject *a, PyObject *b) { return Add(a, b, true); }
-PyObject *NlInPlaceSubtract(PyObject *a, PyObject *b) { return Subtract(a, b, true); }
-PyObject *NlInPlaceMultiply(PyObject *a, PyObject *b) { return Multiply(a, b, true); }
-PyObject *NlInPlaceDivide(PyObject *a, PyObject *b) { return Divide(a, b, true); }
+// NumPy scalars become Python floats before they enter a tree, so that
+// trees print and convert the same whichever kind of number was used.
+PyObject *Plain(PyObject *o) {
+  if (PyFloat_CheckExact(o) || PyLong_Check(o) || !IsNumber(o)) return Py_NewRef(o);
+  double v = PyFloat_AsDouble(o);
+  if (v == -1.0 && PyErr_Occurred()) return nullptr;
+  return PyFloat_FromDouble(v);
+}
+
+template <PyObject *(*Op)(PyObject *, PyObject *, bool), bool InPlace>
+PyObject *WithPlainNumbers(PyObject *a, PyObject *b) {
+  PyObject *pa = Plain(a);
+  if (!pa) return nullptr;
+  PyObject *pb = Plain(b);
+  if (!pb) {
+    Py_DECREF(pa);
+    return nullptr;
+  }
+  PyObject *r = Op(pa, pb, InPlace);
+  // In place on a number never happens: the left operand is then a node.
+  Py_DECREF(pa);
+  Py_DECREF(pb);
+  return r;
+}
+
+constexpr auto NlAdd = WithPlainNumbers<Add, false>;
+constexpr auto NlSubtract = WithPlainNumbers<Subtract, false>;
+constexpr auto NlMultiply = WithPlainNumbers<Multiply, false>;
+constexpr auto NlDivide = WithPlainNumbers<Divide, false>;
+constexpr auto NlInPlaceAdd = WithPlainNumbers<Add, true>;
+constexpr auto NlInPlaceSubtract = WithPlainNumbers<Subtract, true>;
+constexpr auto NlInPlaceMultiply = WithPlainNumbers<Multiply, true>;
+constexpr auto NlInPlaceDivide = WithPlainNumbers<Divide, true>;
+
+PyObject *PowerPlain(PyObject *a, PyObject *b, PyObject *mod) {
+  PyObject *pa = Plain(a);
+  if (!pa) return nullptr;
+  PyObject *pb = Plain(b);
+  PyObject *r = pb ? Power(pa, pb, mod) : nullptr;
+  Py_DECREF(pa);
+  Py_XDECREF(pb);
+  return r;
+}
+
+PyObject *InPlacePower(PyObject *a, PyObject *b, PyObject *mod);
 
 PyObject *NlInPlacePower(PyObject *a, PyObject *b, PyObject *mod) {
+  PyObject *pb = Plain(b);
+  if (!pb) return nullptr;
+  PyObject *r = InPlacePower(a, pb, mod);
+  Py_DECREF(pb);
+  return r;
+}
+
+PyObject *InPlacePower(PyObject *a, PyObject *b, PyObject *mod) {
   if (mod == Py_None && !IsVectorOperand(b)) {
     if (IsNumberEqual(b, 0.0)) return PyFloat_FromDouble(1.0);
     if (IsNumberEqual(b, 1.0)) {
@@ -375,7 +420,7 @@ PyNumberMethods NonlinearNumberMethods = [] {
   m.nb_subtract = NlSubtract;
   m.nb_multiply = NlMultiply;
   m.nb_true_divide = NlDivide;
-  m.nb_power = Power;
+  m.nb_power = PowerPlain;
   m.nb_negative = NlNegative;
   m.nb_positive = NlPositive;
   m.nb_absolute = NlAbsolute;
