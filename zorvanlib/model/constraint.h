@@ -1,4 +1,9 @@
-// The `constraint` object.
+// The `constraint` object: a body with a lower and an upper bound. The
+// bounds and the name live in one 64-bit word and the module-wide maps, as
+// for variables: the identifier in bits 0-56, the lower-bound code in 57-58
+// (0: no bound, 1: 0.0, 2: 1.0, 3: stored), its stored flag in 59, the
+// upper-bound code in 60-61 (0: no bound, 1: 0.0, 2: 1.0, 3: stored), its
+// flag in 62 and the name flag in 63.
 #pragma once
 
 #define PY_SSIZE_T_CLEAN
@@ -8,5 +13,26 @@
 
 struct ConstraintObject {
   PyObject_HEAD
-  uint64_t word;  // serial identifier and flags; 0: not initialized
+  uint64_t word;
+  PyObject *body;  // owned; a number or a modelling object
 };
+
+namespace zrv {
+
+constexpr uint64_t kConstraintIdMask = (uint64_t{1} << 57) - 1;
+
+inline uint64_t ConId(uint64_t word) { return word & kConstraintIdMask; }
+
+double ConGetLb(uint64_t word);
+void ConSetLb(uint64_t &word, double v);
+double ConGetUb(uint64_t word);
+void ConSetUb(uint64_t &word, double v);
+// New reference: the stored name object, or "R<id>".
+PyObject *ConGetName(uint64_t word);
+void ConSetName(uint64_t &word, PyObject *name);
+
+// The comparison slot of var, linterm, quadterm, expression and nonlinear:
+// builds a constraint from left OP right.
+PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op);
+
+}  // namespace zrv

@@ -1,5 +1,7 @@
 // The `var` object: one 64-bit word holding the serial identifier (bits
 // 0-51), bound codes and stored flags (52-59) and the variable type (60-62).
+// Attributes that the codes cannot express live in the module-wide maps,
+// keyed by the identifier.
 #pragma once
 
 #define PY_SSIZE_T_CLEAN
@@ -15,7 +17,43 @@ struct VarObject {
 namespace zrv {
 
 constexpr uint64_t kVarIdMask = (uint64_t{1} << 52) - 1;
+constexpr int kVarLbShift = 52;
+constexpr uint64_t kVarLbCode = uint64_t{3} << kVarLbShift;
+constexpr uint64_t kVarLbStored = uint64_t{1} << 54;
+constexpr int kVarUbShift = 55;
+constexpr uint64_t kVarUbCode = uint64_t{3} << kVarUbShift;
+constexpr uint64_t kVarUbStored = uint64_t{1} << 57;
+constexpr uint64_t kVarThresholdStored = uint64_t{1} << 58;
+constexpr uint64_t kVarNameStored = uint64_t{1} << 59;
+constexpr int kVarTypeShift = 60;
+constexpr uint64_t kVarTypeMask = uint64_t{7} << kVarTypeShift;
+
+constexpr double kInfinity = 1e20;
 
 inline uint64_t VarId(uint64_t word) { return word & kVarIdMask; }
+inline uint64_t VarWordOf(PyObject *v) { return reinterpret_cast<VarObject *>(v)->word; }
+inline uint64_t VarIdOf(PyObject *v) { return VarId(VarWordOf(v)); }
+inline int VarType_(uint64_t word) { return static_cast<int>((word & kVarTypeMask) >> kVarTypeShift); }
+inline void VarSetType(uint64_t &word, int type) {
+  word = (word & ~kVarTypeMask) | (static_cast<uint64_t>(type & 7) << kVarTypeShift);
+}
+
+// The attribute store.
+double VarGetLb(uint64_t word);
+void VarSetLb(uint64_t &word, double v);
+double VarGetUb(uint64_t word);
+void VarSetUb(uint64_t &word, double v);
+double VarGetThreshold(uint64_t word);
+void VarSetThreshold(uint64_t &word, double v);
+// New reference: the stored name object, or "C<id>".
+PyObject *VarGetName(uint64_t word);
+// The name as a str (the stored object's str when it is not a string).
+PyObject *VarNameStr(uint64_t word);
+void VarSetName(uint64_t &word, PyObject *name);
+// Erases every map entry of the variable and clears its flags.
+void VarReleaseStore(uint64_t &word);
+
+// The number slots of `var` (also used by the shared arithmetic).
+extern PyNumberMethods VarNumberMethods;
 
 }  // namespace zrv

@@ -1,0 +1,70 @@
+// Operand handling shared by the arithmetic of variables, terms and
+// expressions: what counts as a number, what is handed to NumPy, and how a
+// result that leaves degree two becomes a nonlinear node.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+#include <cstdint>
+
+namespace zrv {
+
+// Operand kinds; the values 0 to 5 are those of the nonlinear classifier.
+enum OperandKind : int {
+  KindInvalid = -1,
+  KindNumber = 0,
+  KindVar = 1,
+  KindLinTerm = 2,
+  KindQuadTerm = 3,
+  KindExpression = 4,
+  KindNonlinear = 5,
+  KindVector = 6,  // a NumPy array or another sequence (not a string)
+};
+
+// A NumPy array or a subtype of it.
+bool IsNdarray(PyObject *o);
+// A NumPy scalar of a signed integer or floating type (byte, short, int,
+// long, long long, half, float, double).
+bool IsNumpySignedOrFloat(PyObject *o);
+
+// The kind of o; never sets an exception.
+OperandKind KindOf(PyObject *o);
+
+inline bool IsModelNumber(PyObject *o) { return KindOf(o) == KindNumber; }
+
+// The value of a number operand; -1.0 with an exception set on failure
+// (an int too large for a double).
+double NumberValue(PyObject *o);
+
+// Whether o is a number or an expression without linear and quadratic part;
+// then *value holds its value. Returns -1 with an exception set on failure.
+int ConstantOperand(PyObject *o, OperandKind kind, double *value);
+
+// A number operand as a Python int or float (NumPy scalars become floats),
+// new reference.
+PyObject *PlainNumber(PyObject *o);
+
+// Operand kind names for building errors.
+PyObject *InvalidOperand(PyObject *o);  // "Invalid object in operation: <%S>"
+PyObject *ModelErrorText(const char *text);
+
+// The nonlinear type's own binary operations. When the operation is not
+// provided there, the node is built directly from the operator table.
+enum class NlBin { Add, Subtract, Multiply, Divide, Power };
+PyObject *NonlinearBinary(NlBin which, PyObject *a, PyObject *b);
+// A node of the operator code over the two operands (numbers made plain).
+PyObject *NonlinearNode(int op, PyObject *a, PyObject *b);
+
+// Slots shared by var, linterm, quadterm and expression.
+PyObject *ModelAbsolute(PyObject *self);
+PyObject *ModelAnd(PyObject *a, PyObject *b);
+PyObject *ModelOr(PyObject *a, PyObject *b);
+
+// Formats a double with a printf format into out (512 bytes).
+void FormatDouble(char *out, const char *fmt, double v);
+
+// The common check on tuples returned by extraction methods.
+PyObject *CheckResult(PyObject *result);
+
+}  // namespace zrv
