@@ -120,6 +120,12 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_PRESOLVE 8011    /* 1 presolve, 0 none */
 #define ZRVS_OUTPUTLOG 8035   /* 0 silent, 1 summary messages, 2 and up: solver log */
 #define ZRVS_THREADS 8278     /* -1 automatic, else the number of threads */
+/* More MIP and barrier controls */
+#define ZRVS_MIPABSCUTOFF 7006 /* integer solutions no worse than this; |v| >= 1e20: none */
+#define ZRVS_BARGAPSTOP 7007   /* barrier convergence tolerance (relative duality gap) */
+#define ZRVS_BARITERLIMIT 8006 /* barrier iteration limit (lpiterlimit applies too) */
+#define ZRVS_MAXMIPSOL 8007    /* stop after this many improving integer solutions; 0: no limit */
+#define ZRVS_CROSSOVER 8008    /* 1: a barrier solution is crossed over to a vertex; 0: not */
 /* String controls */
 #define ZRVS_OUTPUTPREFIX 8901 /* text put before every message line */
 

@@ -55,6 +55,11 @@ std::vector<CatalogueEntry> build() {
       int_control(ZRVS_OUTPUTLOG, "outputlog", 1, 0, 4),
       int_control(ZRVS_THREADS, "threads", -1, -1, 1024),
       str_control(ZRVS_OUTPUTPREFIX, "outputprefix", ""),
+      dbl_control(ZRVS_MIPABSCUTOFF, "mipabscutoff", kInf, -kInf, kInf),
+      dbl_control(ZRVS_BARGAPSTOP, "bargapstop", 1e-8, 1e-12, 1e-1),
+      int_control(ZRVS_BARITERLIMIT, "bariterlimit", kIntMax, 0, kIntMax),
+      int_control(ZRVS_MAXMIPSOL, "maxmipsol", 0, 0, kIntMax),
+      int_control(ZRVS_CROSSOVER, "crossover", 1, 0, 1),
       // Attributes.
       attribute(ZRVS_ROWS, "rows", V::integer),
       attribute(ZRVS_SETS, "sets", V::integer),

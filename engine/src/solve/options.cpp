@@ -4,6 +4,7 @@
 #include <climits>
 
 #include "core/environment.h"
+#include "solve/more_options.h"
 
 namespace zorvan {
 
@@ -94,6 +95,7 @@ void apply_controls(void *h, const zrvs_problem &p, char algorithm) {
     case 'b': set_str(h, "solver", "ipm"); break;
     default: set_str(h, "solver", "choose"); break;
   }
+  apply_more_controls(h, p);
 }
 
 SolveCallback::SolveCallback(void *highs, zrvs_problem &p) : highs_(highs), p_(p) {

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "solve/builder.h"
+#include "solve/more_options.h"
 #include "solve/options.h"
 #include "solve/stages.h"
 #include "solve/status.h"
@@ -138,6 +139,7 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
         qnz ? q.value.data() : nullptr, mip ? lp.integrality.data() : nullptr);
     if (status == kHighsStatusError) fail(ZRVS_ERR_INTERNAL, "%s: HiGHS rejected the model", who);
   }
+  add_cutoff_row(h, p, m.objectives[0].coef, m.objectives[0].constant, mip);
 
   for (size_t s = 0; s < stages.size(); ++s) {
     const Stage &stage = stages[s];
@@ -156,6 +158,7 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
     }
     StageResult r;
     record_stage(h, mip, p.interrupt_reason.load(), r);
+    refine_stop_reason(p, r);
     r.solvetime = std::chrono::duration<double>(std::chrono::steady_clock::now() - stage_start)
                       .count();
     res.stages.push_back(r);
