@@ -258,7 +258,8 @@ class TestObjectiveControls:
         assert p.getControl(objidx=0)["weight"] == 1.0
 
     def test_errors(self, p):
-        for call in (lambda: p.getControl(objidx=-1), lambda: p.setControl("weight", 1.0, objidx=-3)):
+        for call in (lambda: p.getControl(objidx=-1),
+                     lambda: p.setControl("weight", 1.0, objidx=-3)):
             with pytest.raises(zorvan.ModelError, match="Invalid objective index"):
                 call()
         with pytest.raises(zorvan.InterfaceError, match="Invalid objective control id: 20006"):
