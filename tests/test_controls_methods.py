@@ -332,3 +332,20 @@ def test_help_texts():
         for section in ("Purpose:", "Synopsis:", "Arguments:", "Example:",
                         "Further information:", "Related topics:"):
             assert section in doc, (method, section)
+
+
+def test_mip_and_barrier_controls_through_python(p):
+    assert p.getControl("mipabscutoff", "bargapstop", "bariterlimit", "maxmipsol",
+                        "crossover") == {"mipabscutoff": 1e20, "bargapstop": 1e-8,
+                                         "bariterlimit": 2**31 - 1, "maxmipsol": 0,
+                                         "crossover": 1}
+    p.setControl({"MIPABSCUTOFF": -12, "maxmipsol": 3, "crossover": 0})
+    assert p.getControl(7006) == -12.0 and p.controls.maxmipsol == 3
+    assert p.controls.crossover == 0
+    # The engine's ranges: the value is refused and the control keeps its value.
+    for name, value in (("crossover", 2), ("maxmipsol", -1), ("bargapstop", 0.0),
+                        ("bariterlimit", 2**31)):
+        before = p.getControl(name)
+        with pytest.raises(zorvan.SolverError, match=name):
+            p.setControl(name, value)
+        assert p.getControl(name) == before
