@@ -171,6 +171,7 @@ int ConstraintInit(PyObject *self, PyObject *args, PyObject *kwds) {
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "|OOddldO", const_cast<char **>(kwlist), &source,
                                    &body, &lb, &ub, &sense, &rhs, &name))
     return -1;
+  if (source == Py_None) source = nullptr;
   if (name && name != Py_None) ConSetName(c->word, name);
   if (lb > ub + 1e-6) {
     PyErr_SetString(ModelError, "Constraint defined infeasible: lower bound > upper bound");
