@@ -6,7 +6,10 @@ objective of a capacitated facility location MIP and of the linear-quadratic
 control problem (lqcp), each at two sizes. Only the model objects are built
 (nothing is handed to a solver). Peers without quadratic expressions (highspy,
 PuLP) build the lqcp constraints and the linear part of its objective only;
-zorvan's row in that case includes the quadratic objective.
+zorvan's row in that case includes the quadratic objective. pyoptinterface
+needs a HiGHS library to make a model: it loads the one from highsbox. linopy
+builds whole arrays at once and has no per-element operators, so it is
+measured by the array benchmark instead.
 
 Peers are optional (pip install .[bench]); missing ones are skipped.
 Run: .venv/bin/python bench/bench_algebra.py [--small]
@@ -25,6 +28,21 @@ try:
     import pulp
 except ImportError:  # pragma: no cover
     pulp = None
+try:
+    import os
+
+    import highsbox
+    import pyoptinterface as poi
+    from pyoptinterface import highs as poi_highs
+
+    if not poi_highs.load_library(os.path.join(highsbox.highs_lib_dir(), "libhighs.so")):
+        poi = None
+except ImportError:  # pragma: no cover
+    poi = None
+try:
+    import pyomo.environ as pyo
+except ImportError:  # pragma: no cover
+    pyo = None
 
 
 def best_of(repeats, build):
@@ -95,6 +113,48 @@ class Pulp:
         return c
 
 
+class PyOptInterface:
+    name = "pyoptinterface"
+    quadratic = True
+
+    def model(self):
+        m = poi_highs.Model()
+        m.set_model_attribute(poi.ModelAttribute.Silent, True)
+        return m
+
+    def variables(self, m, n, binary=False):
+        domain = poi.VariableDomain.Binary if binary else poi.VariableDomain.Continuous
+        return [m.add_variable(lb=0.0, domain=domain) for _ in range(n)]
+
+    def sum(self, m, items):
+        return poi.quicksum(items)
+
+    def constraint(self, m, c):
+        return c
+
+
+class Pyomo:
+    name = "pyomo"
+    quadratic = True
+    counter = 0
+
+    def model(self):
+        return pyo.ConcreteModel()
+
+    def variables(self, m, n, binary=False):
+        domain = pyo.Binary if binary else pyo.NonNegativeReals
+        v = pyo.Var(range(n), domain=domain)
+        Pyomo.counter += 1
+        m.add_component(f"v{Pyomo.counter}", v)
+        return [v[i] for i in range(n)]
+
+    def sum(self, m, items):
+        return pyo.quicksum(items)
+
+    def constraint(self, m, c):
+        return c
+
+
 def facility(b, nf, nc):
     """Capacitated facility location: open facilities y, assignments x."""
     m = b.model()
@@ -151,7 +211,8 @@ def lqcp(b, n):
 def main():
     small = "--small" in sys.argv
     nvars = 10**5 if small else 10**6
-    backends = [Zorvan()] + ([Highs()] if highspy else []) + ([Pulp()] if pulp else [])
+    backends = [Zorvan()] + ([PyOptInterface()] if poi else []) + (
+        [Highs()] if highspy else []) + ([Pyomo()] if pyo else []) + ([Pulp()] if pulp else [])
 
     def create(b):
         return lambda: b.variables(b.model(), nvars)
@@ -170,17 +231,17 @@ def main():
     for s in sizes_l:
         cases.append((f"lqcp N={s[0]}", lambda b, s=s: (lambda: lqcp(b, *s))))
 
-    print(f"{'case':28s}" + "".join(f"{b.name:>12s}" for b in backends) + "   ratios to zorvan")
+    print(f"{'case':28s}" + "".join(f"{b.name:>15s}" for b in backends) + "   ratios to zorvan")
     for title, make in cases:
         times = []
         for b in backends:
             try:
-                times.append(best_of(1 if b.name == "pulp" else 3, make(b)))
+                times.append(best_of(1 if b.name in ("pulp", "pyomo") else 3, make(b)))
             except Exception as e:  # a peer without the feature
                 print(f"  ({b.name}: {type(e).__name__}: {e})")
                 times.append(float("nan"))
         ratios = " ".join(f"{b.name}={t / times[0]:.2f}" for b, t in zip(backends[1:], times[1:]))
-        print(f"{title:28s}" + "".join(f"{t:11.3f}s" for t in times) + "   " + ratios)
+        print(f"{title:28s}" + "".join(f"{t:14.3f}s" for t in times) + "   " + ratios)
 
 
 if __name__ == "__main__":
