@@ -247,3 +247,27 @@ class TestOperators:
         assert [str(t) for t in x + np.array([y, x])] == ["  x + y", "2*x"]
         with pytest.raises(TypeError):
             x + [1, 2]
+
+
+def test_released_objects_leave_no_store_entries():
+    # Non-default bounds, thresholds and names live in module-wide stores;
+    # releasing the objects must remove every entry they made.
+    import gc
+
+    gc.collect()
+    before = zorvan._storesizes()
+    xs = [zorvan.var(lb=-2.5, ub=7.5, threshold=1.5, name=f"x{i}") for i in range(1000)]
+    ys = [zorvan.var(lb=float("nan")) for _ in range(10)]
+    cons = [zorvan.constraint(body=x, lb=-3.5, ub=4.5, name=f"c{i}") for i, x in enumerate(xs)]
+    during = zorvan._storesizes()
+    for store in ("varLbMap", "varUbMap", "varThresholdMap", "varNameMap"):
+        assert during[store] >= before[store] + 1000
+    for store in ("conLbMap", "conUbMap", "conNameMap"):
+        assert during[store] >= before[store] + 1000
+    del xs, ys, cons
+    gc.collect()
+    assert zorvan._storesizes() == before
+    # A million default variables touch no store at all.
+    many = [zorvan.var() for _ in range(10**6)]
+    assert zorvan._storesizes() == before
+    del many

@@ -11,5 +11,6 @@ from .enums import SolveStatus, SolStatus  # noqa: F401
 # Names starting with an underscore are not taken by the star import.
 _init = _lib._init
 _getcontrols = _lib._getcontrols
+_storesizes = _lib._storesizes
 
 __version__ = _lib.getversion()

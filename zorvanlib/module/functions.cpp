@@ -1,6 +1,8 @@
 // Module-level functions: the engine environment and library-wide settings.
 #include "module/functions.h"
 
+#include <utility>
+
 #include "module/environment.h"
 #include "module/errors.h"
 #include "module/globals.h"
@@ -186,9 +188,43 @@ PyObject *GetControls(PyObject *, PyObject *) {
   return ReportError(nullptr, Py_NewRef(DefaultControls));
 }
 
+// Entries held by each module-wide property map: a diagnostic that shows
+// attribute storage is released with the objects that own it.
+PyObject *StoreSizes(PyObject *, PyObject *) {
+  const std::pair<const char *, size_t> sizes[] = {
+      {"varLbMap", varLbMap ? varLbMap->size() : 0},
+      {"varUbMap", varUbMap ? varUbMap->size() : 0},
+      {"varThresholdMap", varThresholdMap ? varThresholdMap->size() : 0},
+      {"varNameMap", varNameMap ? varNameMap->size() : 0},
+      {"conLbMap", conLbMap ? conLbMap->size() : 0},
+      {"conUbMap", conUbMap ? conUbMap->size() : 0},
+      {"conNameMap", conNameMap ? conNameMap->size() : 0},
+  };
+  PyObject *result = PyDict_New();
+  if (!result) return nullptr;
+  for (const auto &entry : sizes) {
+    PyObject *n = PyLong_FromSize_t(entry.second);
+    if (!n || PyDict_SetItemString(result, entry.first, n) < 0) {
+      Py_XDECREF(n);
+      Py_DECREF(result);
+      return nullptr;
+    }
+    Py_DECREF(n);
+  }
+  return result;
+}
+
 }  // namespace
 
 PyMethodDef ModuleMethods[] = {
+    {"_storesizes", StoreSizes, METH_NOARGS,
+     ZRV_HELP("Report how many entries each attribute store of variables and constraints holds.",
+              "zorvan._storesizes()", "None.",
+              "zorvan._storesizes()['varUbMap']",
+              "Variables and constraints keep only non-default bounds, thresholds and names in "
+              "module-wide stores; releasing the objects removes their entries. This diagnostic "
+              "returns a dict from store name to its number of entries.",
+              "zorvan.var, zorvan.constraint")},
     {"_init", Init, METH_O,
      ZRV_HELP("Start the optimization engine explicitly.", "zorvan._init(path)",
               "path: the engine's installation directory, or None for the default.",
