@@ -486,6 +486,47 @@ ZRVS_API int ZRVSgetrows64(ZRVSprob prob, int64_t start[], int colind[], double 
                            int64_t maxcoefs, int64_t *ncoefs, int first, int last);
 
 /* ======================================================================== */
+/* Problem files                                                             */
+/* ======================================================================== */
+
+/* Reads a problem from an MPS or LP file, replacing the model (name, sense,
+ * objective, rows, columns, names, quadratic parts, sets, indicators). On
+ * failure the problem keeps the model it had, and the error text names the
+ * file, the line and what was wrong.
+ *
+ * The format comes from flags or, without a format flag, from the name:
+ *   'l'  LP format             (name ending in .lp)
+ *   'm'  free MPS              (name ending in .mps)
+ *   'f'  fixed MPS (fields by column position, names may hold blanks)
+ * A further ".gz" in the name means gzip; reading uncompresses any gzip file
+ * whatever its name. A name that tells no format and no flag is an error.
+ *
+ * MPS sections: NAME, OBJSENSE, OBJNAME, ROWS, COLUMNS (with integer
+ * markers), RHS (an entry of the objective row is minus the objective
+ * constant), RANGES, BOUNDS (UP LO FX FR MI PL BV LI UI SC SI; a negative UP
+ * on a column with lower bound 0 frees the lower bound, with a warning),
+ * QUADOBJ and QMATRIX (0.5 x'Qx of the objective), QCMATRIX <row>, SOS,
+ * INDICATORS, ENDATA. The first N row is the objective; further N rows stay
+ * as free rows. LP sections: Minimize/Maximize, Subject To, Bounds,
+ * Generals, Binaries, Semi-continuous, SOS, End; quadratic terms in
+ * brackets ("[ ... ] / 2" in the objective), indicators "b = 1 -> row".
+ * A problem without a name in the file is named after the file.
+ * Nonlinear formulas are not part of these files. */
+ZRVS_API int ZRVSreadprob(ZRVSprob prob, const char *filename, const char *flags);
+
+/* Writes the problem to a file; format and compression are chosen as for
+ * ZRVSreadprob. Numbers are written so that they read back to the same
+ * double, so reading the file gives the same model. Names the format cannot
+ * hold (blanks in free MPS, more than 8 characters in fixed MPS, characters
+ * or reserved words that LP files do not allow, repeated column names) are
+ * replaced by generated names such as "C12", with a warning message.
+ * Semi-continuous columns are written with lower bound max(lb, threshold).
+ * Fails with ZRVS_ERR_UNSUPPORTED for what no file here can hold: several
+ * objectives and partially integer columns. The file is removed when
+ * writing fails part way. */
+ZRVS_API int ZRVSwriteprob(ZRVSprob prob, const char *filename, const char *flags);
+
+/* ======================================================================== */
 /* Solving and solutions                                                     */
 /* ======================================================================== */
 
