@@ -200,3 +200,59 @@ inline std::string read_text(const std::string &path) {
   std::fclose(f);
   return out;
 }
+
+// A model with every part a file holds: sense, objective constant, all row
+// types with a range, all column types, bounds of every kind, a quadratic
+// objective, a quadratic row, two sets, an indicator, names, and numbers
+// that have no short decimal form.
+inline void build_feature_model(ZRVSprob prob) {
+  const double inf = ZRVS_PLUSINFINITY;
+  ASSERT_EQ(ZRVSsetprobname(prob, "features"), 0);
+  ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+  // Columns: x0 C free, x1 C [-5, 1/3], x2 I [0, 7], x3 B, x4 S [2, 9],
+  // x5 R [1, 6], x6 C fixed, x7 C [0, inf) unused, x8 C lb -inf ub -2.
+  std::vector<double> obj = {1.0 / 3, -2.5, 0.1, 1e-300, 4, 3, 0, 0, -1};
+  std::vector<double> lb = {-inf, -5, 0, 0, 2, 1, 3.25, 0, -inf};
+  std::vector<double> ub = {inf, 1.0 / 3, 7, 1, 9, 6, 3.25, inf, -2};
+  ASSERT_EQ(ZRVSaddcols64(prob, 9, 0, obj.data(), nullptr, nullptr, nullptr, lb.data(), ub.data()),
+            0);
+  std::vector<int> ind = {2, 3, 4, 5};
+  ASSERT_EQ(ZRVSchgcoltype(prob, 4, ind.data(), "IBSR"), 0);
+  // Rows: L, G, E, R, N, and an indicator row.
+  std::vector<char> type = {'L', 'G', 'E', 'R', 'N', 'L'};
+  std::vector<double> rhs = {10, -3.141592653589793, 2, 8, 0, 5};
+  std::vector<double> rng = {0, 0, 0, 6.02214076e23 * 0 + 12.5, 0, 0};
+  std::vector<int64_t> start = {0, 3, 5, 7, 9, 11};
+  std::vector<int> col = {0, 1, 2, 1, 3, 4, 5, 0, 8, 6, 7, 2, 3};
+  std::vector<double> val = {1, 2, 3, -1, 1e-7, 1, 1, 0.7, -1.5, 2, 1, 1, 1};
+  ASSERT_EQ(ZRVSaddrows64(prob, 6, 13, type.data(), rhs.data(), rng.data(), start.data(),
+                          col.data(), val.data()),
+            0);
+  // Quadratic objective and a quadratic row.
+  std::vector<int> q1 = {0, 0, 1}, q2 = {0, 1, 1};
+  std::vector<double> qv = {2, 0.5, 1.0 / 7};
+  ASSERT_EQ(ZRVSchgmqobj64(prob, 3, q1.data(), q2.data(), qv.data()), 0);
+  std::vector<int> r1 = {0, 1}, r2 = {1, 0};
+  std::vector<double> rv = {1.5, 0.25};
+  ASSERT_EQ(ZRVSaddqmatrix64(prob, 0, 2, r1.data(), r2.data(), rv.data()), 0);
+  // Sets and an indicator on row 5 by x3 = 0.
+  int64_t sstart[] = {0, 2};
+  int scol[] = {0, 1, 6, 7, 8};
+  double sref[] = {1, 2, 1.5, 2.5, 3.5};
+  ASSERT_EQ(ZRVSaddsets64(prob, 2, 5, "12", sstart, scol, sref), 0);
+  int irow = 5, icol = 3, iflag = -1;
+  ASSERT_EQ(ZRVSsetindicators(prob, 1, &irow, &icol, &iflag), 0);
+  int constant_col = -1;
+  double constant = -17.75;
+  ASSERT_EQ(ZRVSchgobj(prob, 1, &constant_col, &constant), 0);
+  const char cols[] = "x0\0x1\0x2\0x3\0x4\0x5\0x6\0x7\0x8";
+  ASSERT_EQ(ZRVSaddnames(prob, 2, cols, 0, 8), 0);
+  const char rows[] = "lim\0low\0bal\0band\0free\0ind";
+  ASSERT_EQ(ZRVSaddnames(prob, 1, rows, 0, 5), 0);
+  ASSERT_EQ(ZRVSaddnames(prob, 3, "first\0second", 0, 1), 0);
+}
+
+// Collects the warnings a problem sends to its message callbacks.
+inline void collect_warnings(ZRVSprob, void *data, const char *msg, int, int msgtype) {
+  if (msg && msgtype == ZRVS_MSG_WARNING) static_cast<std::string *>(data)->append(msg).append("\n");
+}
