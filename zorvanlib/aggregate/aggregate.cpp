@@ -201,6 +201,9 @@ PyObject *Dot(PyObject *, PyObject *args) {
     PyErr_SetString(InterfaceError, "zorvan.Dot needs at least two arguments");
     return nullptr;
   }
+  // Matrices and pairs of arrays: the product of linear algebra.
+  if (k == 2 && IsArrayProduct(PyTuple_GET_ITEM(args, 0), PyTuple_GET_ITEM(args, 1)))
+    return ArrayDot(PyTuple_GET_ITEM(args, 0), PyTuple_GET_ITEM(args, 1));
   std::vector<PyObject *> lists;
   auto release = [&lists]() {
     for (PyObject *l : lists) Py_DECREF(l);

@@ -7,69 +7,13 @@
 #include "module/globals.h"
 #include "module/types.h"
 #include "nonlinear/nonlinear.h"
+#include "numpy/bridge.h"
 
 namespace zrv {
 
-namespace {
+bool IsNdarray(PyObject *o) { return IsNumpyArray(o); }
 
-// NumPy's array and scalar types, looked up once the program has imported
-// NumPy (before that no array or NumPy scalar can exist). The references are
-// kept for the life of the process.
-struct NumpyTypes {
-  bool loaded = false;
-  PyObject *ndarray = nullptr;
-  PyObject *scalars[8] = {};
-};
-NumpyTypes numpy;
-
-bool LoadNumpy() {
-  if (numpy.loaded) return true;
-  PyObject *name = PyUnicode_FromString("numpy");
-  if (!name) {
-    PyErr_Clear();
-    return false;
-  }
-  PyObject *module = PyImport_GetModule(name);
-  Py_DECREF(name);
-  if (!module) {
-    PyErr_Clear();
-    return false;
-  }
-  static const char *const kScalarNames[8] = {"byte",     "short", "intc",   "int_",
-                                              "longlong", "half",  "single", "double"};
-  PyObject *ndarray = PyObject_GetAttrString(module, "ndarray");
-  PyObject *scalars[8] = {};
-  bool ok = ndarray && PyType_Check(ndarray);
-  for (int i = 0; ok && i < 8; ++i) {
-    scalars[i] = PyObject_GetAttrString(module, kScalarNames[i]);
-    ok = scalars[i] && PyType_Check(scalars[i]);
-  }
-  Py_DECREF(module);
-  if (!ok) {
-    PyErr_Clear();
-    Py_XDECREF(ndarray);
-    for (PyObject *s : scalars) Py_XDECREF(s);
-    return false;
-  }
-  numpy.ndarray = ndarray;
-  for (int i = 0; i < 8; ++i) numpy.scalars[i] = scalars[i];
-  numpy.loaded = true;
-  return true;
-}
-
-}  // namespace
-
-bool IsNdarray(PyObject *o) {
-  return LoadNumpy() && PyObject_TypeCheck(o, reinterpret_cast<PyTypeObject *>(numpy.ndarray));
-}
-
-bool IsNumpySignedOrFloat(PyObject *o) {
-  if (!LoadNumpy()) return false;
-  PyObject *t = reinterpret_cast<PyObject *>(Py_TYPE(o));
-  for (PyObject *s : numpy.scalars)
-    if (t == s) return true;
-  return false;
-}
+bool IsNumpySignedOrFloat(PyObject *o) { return IsNumpyNumber(o); }
 
 OperandKind KindOf(PyObject *o) {
   PyTypeObject *t = Py_TYPE(o);

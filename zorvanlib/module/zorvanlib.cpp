@@ -7,6 +7,7 @@
 #include "module/globals.h"
 #include "module/types.h"
 #include "nonlinear/functions.h"
+#include "numpy/bridge.h"
 #include "problem/control.h"
 
 namespace zrv {
@@ -127,10 +128,14 @@ PyObject *Initialise() {
        PyModule_AddObjectRef(module, "ModelError", ModelError) == 0 &&
        PyModule_AddObjectRef(module, "InterfaceError", InterfaceError) == 0 &&
        PyModule_AddObjectRef(module, "SolverError", SolverError) == 0;
+  // 9
+  ok = ok && BindNumpy() == 0 && RegisterNumpyTypes() == 0;
   // 10
   ok = ok && PublishConstants(module) == 0;
   ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0 &&
        PyModule_AddFunctions(module, AggregateFunctions) == 0;
+  // 11
+  ok = ok && AddNumpyTypes(module) == 0;
   if (!ok) {
     // ModuleFree runs when the module object goes; clear what it would see.
     ReleaseTables();

@@ -1,0 +1,58 @@
+// The NumPy bridge: binding NumPy's C interface at start-up, the data types
+// npvar, npexpr and npconstraint with their casts and element-wise loops,
+// vectorised products of arrays, and the array tests the rest of the module
+// uses. This header does not include NumPy's headers.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+#include <cstdint>
+
+namespace zrv {
+
+// Type numbers of the module's data types (-1 before registration).
+extern int NpVarTypeNum;
+extern int NpExprTypeNum;
+extern int NpConstraintTypeNum;
+
+// Start-up: binds the array and ufunc interfaces (ImportError on failure),
+// then registers the data types, casts and loops. 0 or -1 with an error.
+int BindNumpy();
+int RegisterNumpyTypes();
+// Adds npvar, npexpr and npconstraint to the module.
+int AddNumpyTypes(PyObject *module);
+
+// A NumPy array (or a subtype).
+bool IsNumpyArray(PyObject *o);
+// A NumPy scalar of a signed integer or floating type.
+bool IsNumpyNumber(PyObject *o);
+// An operand that NumPy or the interpreter must handle element by element:
+// an array or any other sequence (strings excepted).
+bool IsVectorOperand(PyObject *o);
+// A sparse matrix or array of scipy.sparse (only when scipy is loaded).
+bool IsSparseMatrix(PyObject *o);
+
+// Applies fn to each element of the array o, giving a new array of the same
+// shape: of doubles when o holds numbers, else of objects. NULL on failure.
+PyObject *MapArray(PyObject *o, PyObject *(*fn)(PyObject *));
+
+// Whether Dot(a, b) is a product of arrays (an array of two or more
+// dimensions or a sparse matrix among the two).
+bool IsArrayProduct(PyObject *a, PyObject *b);
+// The product of a and b with the rules of numpy.matmul (1-D operands are
+// vectors), built one expression per result element; a and b are arrays,
+// sequences convertible to arrays, or a sparse matrix on the left.
+PyObject *ArrayDot(PyObject *a, PyObject *b);
+
+// A new array of the shape of the given dimensions and of type npvar whose
+// elements are the variables of objects (a list in C order); steals nothing.
+PyObject *NewVarArray(int ndim, const int64_t *dims, PyObject *list);
+
+// For a NumPy array o: a new reference to a C-ordered object view or copy
+// whose elements can be read as PyObject pointers, with *n the element count
+// and *items the element pointer (elements may be NULL in empty-initialised
+// arrays). Returns NULL with an error for arrays of other data types.
+PyObject *ObjectElements(PyObject *o, Py_ssize_t *n, PyObject ***items);
+
+}  // namespace zrv
