@@ -3,6 +3,7 @@
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 #include "nonlinear/functions.h"
+#include "nonlinear/evaluate.h"
 
 #include "model/expression.h"
 #include "model/var.h"
@@ -455,6 +456,8 @@ PyMethodDef NonlinearFunctions[] = {
               "f = zorvan.user(lambda a, b: a * b + 1, x, y)",
               "The function is called by the solver with the values of its arguments.",
               "zorvan.nonlinear, zorvan.pwl")},
+    {"evaluate", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(ModuleEvaluate)),
+     METH_VARARGS | METH_KEYWORDS, EvaluateDoc},
     {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace zrv

@@ -8,6 +8,8 @@
 #include "problem/problem.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
+#include "problem/objective.h"
+#include "problem/solution.h"
 
 #include <structmember.h>
 
@@ -190,6 +192,23 @@ PyMethodDef ProblemMethods[] = {
      METH_VARARGS | METH_KEYWORDS, SetControlDoc},
     {"getAttrib", WithKeywords(ProblemGetAttrib),
      METH_VARARGS | METH_KEYWORDS, GetAttribDoc},
+    {"setObjective", WithKeywords(ProblemSetObjective), METH_VARARGS | METH_KEYWORDS,
+     SetObjectiveDoc},
+    {"addObjective", WithKeywords(ProblemAddObjective), METH_VARARGS | METH_KEYWORDS,
+     AddObjectiveDoc},
+    {"optimize", WithKeywords(ProblemOptimize), METH_VARARGS | METH_KEYWORDS, OptimizeDoc},
+    {"solve", WithKeywords(ProblemOptimize), METH_VARARGS | METH_KEYWORDS, SolveDoc},
+    {"lpoptimize", WithKeywords(ProblemLpOptimize), METH_VARARGS | METH_KEYWORDS, LpOptimizeDoc},
+    {"mipoptimize", WithKeywords(ProblemMipOptimize), METH_VARARGS | METH_KEYWORDS,
+     MipOptimizeDoc},
+    {"getObjVal", ProblemGetObjVal, METH_NOARGS, GetObjValDoc},
+    {"getProbStatus", ProblemGetProbStatus, METH_NOARGS, GetProbStatusDoc},
+    {"getProbStatusString", ProblemGetProbStatusString, METH_NOARGS, GetProbStatusStringDoc},
+    {"getSolution", WithKeywords(ProblemGetSolution), METH_VARARGS | METH_KEYWORDS,
+     GetSolutionDoc},
+    {"getSlack", ProblemGetSlack, METH_VARARGS, GetSlackDoc},
+    {"getDual", ProblemGetDual, METH_VARARGS, GetDualDoc},
+    {"getRCost", ProblemGetRCost, METH_VARARGS, GetRCostDoc},
     {nullptr, nullptr, 0, nullptr},
 };
 
