@@ -377,6 +377,7 @@ PyObject *IndexedName(PyObject *prefix, PyObject *index, bool tuple) {
 PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
   static const char *const kKeywords[] = {"name", "lb", "ub", "threshold", "vartype"};
   PyObject *given[5] = {nullptr, nullptr, nullptr, nullptr, nullptr};
+  bool asArray = false;
   if (kwds) {
     PyObject *key, *value;
     Py_ssize_t pos = 0;
@@ -384,6 +385,12 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
       int k = -1;
       for (int i = 0; i < 5; ++i)
         if (PyUnicode_Check(key) && PyUnicode_CompareWithASCIIString(key, kKeywords[i]) == 0) k = i;
+      if (k < 0 && PyUnicode_Check(key) && PyUnicode_CompareWithASCIIString(key, "array") == 0) {
+        int t = PyObject_IsTrue(value);
+        if (t < 0) return nullptr;
+        asArray = t == 1;
+        continue;
+      }
       if (k < 0) {
         PyErr_Format(InterfaceError, "Unknown keyword argument for zorvan.vars: %S", key);
         return nullptr;
@@ -409,7 +416,14 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
   };
   size_t count = 1;
   for (Py_ssize_t j = 0; j < k; ++j) {
-    PyObject *s = IndexSet(PyTuple_GET_ITEM(args, j));
+    PyObject *set = PyTuple_GET_ITEM(args, j);
+    if (asArray && !(PyLong_Check(set) || IsNumpyNumber(set))) {
+      PyErr_Format(InterfaceError,
+                   "zorvan.vars with array=True needs integer dimensions, not <%S>", set);
+      releaseSets();
+      return nullptr;
+    }
+    PyObject *s = IndexSet(set);
     if (!s) {
       releaseSets();
       return nullptr;
@@ -417,7 +431,16 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
     sets.push_back(s);
     count *= static_cast<size_t>(PyList_GET_SIZE(s));
   }
-  PyObject *result = PyDict_New();
+  // A dictionary by index, or an array of the shape of the dimensions.
+  PyObject **elements = nullptr;
+  PyObject *result;
+  if (asArray) {
+    std::vector<Py_ssize_t> dims;
+    for (PyObject *s : sets) dims.push_back(PyList_GET_SIZE(s));
+    result = NewVarArray(static_cast<int>(k), dims.data(), &elements);
+  } else {
+    result = PyDict_New();
+  }
   if (!result) {
     releaseSets();
     return nullptr;
@@ -456,7 +479,10 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
         ok = name && PyObject_SetAttrString(reinterpret_cast<PyObject *>(v), "name", name) == 0;
         Py_XDECREF(name);
       }
-      if (ok) ok = PyDict_SetItem(result, index, reinterpret_cast<PyObject *>(v)) == 0;
+      if (ok && elements)
+        elements[n] = Py_NewRef(reinterpret_cast<PyObject *>(v));
+      else if (ok)
+        ok = PyDict_SetItem(result, index, reinterpret_cast<PyObject *>(v)) == 0;
       Py_DECREF(v);
     }
     Py_DECREF(index);
@@ -493,11 +519,18 @@ PyMethodDef AggregateFunctions[] = {
      ZRV_HELP("The scalar product of two or more collections of equal length.",
               "zorvan.Dot(a, b, ...)",
               "Two or more lists, tuples, dictionaries (their values, in order), generators "
-              "or NumPy arrays (their elements in order, whatever the shape) with the same "
-              "number of elements.",
-              "cost = zorvan.Dot(c, x)  # c[0]*x[0] + c[1]*x[1] + ...",
+              "or NumPy arrays with the same number of elements; or two operands of which "
+              "one is a NumPy array of two dimensions or a scipy.sparse matrix, or both are "
+              "NumPy arrays, for the product of linear algebra.",
+              "cost = zorvan.Dot(c, x)  # c[0]*x[0] + c[1]*x[1] + ...\n    "
+              "rows = zorvan.Dot(A, x)  # A a matrix (dense or scipy.sparse), x an array of "
+              "variables",
               "The products of the elements at each position are summed as zorvan.Sum does. "
-              "A different number of elements raises InterfaceError.",
+              "A different number of elements raises InterfaceError. Products of arrays "
+              "follow numpy.matmul (a matrix times a vector is a vector of expressions, a "
+              "vector times a vector one expression); with a sparse matrix the time grows "
+              "with its nonzeros. The operator @ does the same between NumPy arrays of "
+              "numbers, variables and expressions.",
               "zorvan.Sum, zorvan.Prod")},
     {"Prod", Prod, METH_VARARGS,
      ZRV_HELP("The product of numbers, variables, terms, expressions and nonlinear "
@@ -531,19 +564,24 @@ PyMethodDef AggregateFunctions[] = {
      METH_VARARGS | METH_KEYWORDS,
      ZRV_HELP("Create many variables at once, indexed by one or more index sets.",
               "x = zorvan.vars(*indexsets, name=None, lb=0, ub=zorvan.infinity, "
-              "threshold=-zorvan.infinity, vartype=zorvan.continuous)",
+              "threshold=-zorvan.infinity, vartype=zorvan.continuous, array=False)",
               "indexsets: one or more index sets, each an integer n (for 0, ..., n-1) or an "
               "iterable of indices (a list, range, tuple, set, string list, ...). name: a "
               "string the names start with; None or '' keeps the default names (C1, C2, "
               "...). lb, ub, threshold, vartype: as for zorvan.var, the same for every "
-              "variable.",
+              "variable. array: with integer index sets only, return a NumPy array of "
+              "data type zorvan.npvar of that shape instead of a dictionary.",
               "x = zorvan.vars(3, ['a', 'b'], name='x', vartype=zorvan.binary)\n    "
-              "x[2, 'a'].name  # 'x(2,a)'",
+              "x[2, 'a'].name  # 'x(2,a)'\n    "
+              "y = zorvan.vars(3, 4, name='y', array=True)  # y.shape == (3, 4)\n    "
+              "y[2, 1].name  # 'y(2,1)'",
               "Returns a dictionary from each index to a new variable: the index is the "
               "element itself for one set and the tuple of elements for several, in the "
               "order of the sets with the last one running fastest. The variable of index "
               "i is named name(i), of index (i, j) name(i,j). The identifiers are taken in "
-              "one block, in the order of the indices.",
+              "one block, in the order of the indices. With array=True the element "
+              "[i, j] is the variable of index (i, j); arrays of variables combine "
+              "element-wise with numbers and arrays (x + 1, A @ x, x <= b).",
               "zorvan.var, zorvan.Sum")},
     {nullptr, nullptr, 0, nullptr}};
 

@@ -58,6 +58,18 @@ PyObject *ObjectElements(PyObject *o, Py_ssize_t *n, PyObject ***items) {
   return c;
 }
 
+PyObject *NewVarArray(int ndim, const Py_ssize_t *dims, PyObject ***items) {
+  if (ndim > NPY_MAXDIMS) {
+    PyErr_Format(PyExc_ValueError, "An array can have at most %d dimensions", NPY_MAXDIMS);
+    return nullptr;
+  }
+  npy_intp shape[NPY_MAXDIMS];
+  for (int i = 0; i < ndim; ++i) shape[i] = dims[i];
+  PyObject *a = PyArray_ZEROS(ndim, shape, NpVarTypeNum, 0);
+  if (a) *items = static_cast<PyObject **>(PyArray_DATA(reinterpret_cast<PyArrayObject *>(a)));
+  return a;
+}
+
 PyObject *MapArray(PyObject *o, PyObject *(*fn)(PyObject *)) {
   if (!IsNumpyArray(o)) {
     PyErr_SetString(PyExc_TypeError, "not a NumPy array");

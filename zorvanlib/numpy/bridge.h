@@ -45,9 +45,10 @@ bool IsArrayProduct(PyObject *a, PyObject *b);
 // sequences convertible to arrays, or a sparse matrix on the left.
 PyObject *ArrayDot(PyObject *a, PyObject *b);
 
-// A new array of the shape of the given dimensions and of type npvar whose
-// elements are the variables of objects (a list in C order); steals nothing.
-PyObject *NewVarArray(int ndim, const int64_t *dims, PyObject *list);
+// A new C-ordered array of npvar of the given shape with empty (NULL)
+// elements; *items receives the element pointer, to be filled in C order
+// with new references.
+PyObject *NewVarArray(int ndim, const Py_ssize_t *dims, PyObject ***items);
 
 // For a NumPy array o: a new reference to a C-ordered object view or copy
 // whose elements can be read as PyObject pointers, with *n the element count
