@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+#include "model/constraint.h"
+#include "model/operand.h"
 #include "numpy/bridge.h"
 #include "numpy/loops.h"
 #include "numpy/product.h"
@@ -24,6 +26,14 @@ const int kOps[OpCount] = {OpAdd, OpSubtract, OpMultiply, OpDivide, OpPower, OpB
                            OpBitOr, OpLessEqual, OpEqual, OpGreaterEqual, OpNegative,
                            OpSquare};
 
+// A comparison straight through the modelling objects' comparison slot when
+// one side is a modelling object; the interpreter's protocol otherwise.
+PyObject *Compare(PyObject *a, PyObject *b, int op) {
+  OperandKind k = KindOf(a);
+  if (k >= KindVar && k <= KindNonlinear) return ModelRichCompare(a, b, op);
+  return PyObject_RichCompare(a, b, op);
+}
+
 PyObject *Apply(int op, PyObject *a, PyObject *b) {
   switch (op) {
     case OpAdd: return PyNumber_Add(a, b);
@@ -33,9 +43,9 @@ PyObject *Apply(int op, PyObject *a, PyObject *b) {
     case OpPower: return PyNumber_Power(a, b, Py_None);
     case OpBitAnd: return PyNumber_And(a, b);
     case OpBitOr: return PyNumber_Or(a, b);
-    case OpLessEqual: return PyObject_RichCompare(a, b, Py_LE);
-    case OpEqual: return PyObject_RichCompare(a, b, Py_EQ);
-    case OpGreaterEqual: return PyObject_RichCompare(a, b, Py_GE);
+    case OpLessEqual: return Compare(a, b, Py_LE);
+    case OpEqual: return Compare(a, b, Py_EQ);
+    case OpGreaterEqual: return Compare(a, b, Py_GE);
     default: break;
   }
   PyErr_SetString(PyExc_SystemError, "unknown array operation");
