@@ -1,0 +1,94 @@
+// Moving model objects into and out of a problem: variables become columns,
+// constraints rows, SOS sets; indicator pairs mark rows. Each call adds its
+// objects in one batch of engine calls and leaves the problem as it was when
+// it fails.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+#include <vector>
+
+#include "problem/problem.h"
+
+namespace zrv {
+
+// Owned references collected by a walk, released with the holder.
+class OwnedObjects {
+ public:
+  OwnedObjects() = default;
+  ~OwnedObjects() { Clear(); }
+  OwnedObjects(const OwnedObjects &) = delete;
+  OwnedObjects &operator=(const OwnedObjects &) = delete;
+  // Takes over a new reference.
+  void Push(PyObject *o) { items_.push_back(o); }
+  void Clear() {
+    for (PyObject *o : items_) Py_DECREF(o);
+    items_.clear();
+  }
+  PyObject *const *data() const { return items_.data(); }
+  Py_ssize_t size() const { return static_cast<Py_ssize_t>(items_.size()); }
+  PyObject *operator[](Py_ssize_t i) const { return items_[static_cast<size_t>(i)]; }
+
+ private:
+  std::vector<PyObject *> items_;
+};
+
+// Nested containers are followed this deep.
+constexpr int kWalkDepthLimit = 32;
+
+// Appends the leaves of obj to out: lists, tuples, dictionaries (their
+// values), sets, iterators and other iterables are walked, to a depth of 32;
+// model objects, strings and everything else are leaves. 0 or -1.
+int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth = 0);
+
+// Adds the n variables items[0..n-1] as new columns in one batch (one engine
+// call for all columns, one for their names, one for their types). Any item
+// that is not a variable new to the problem fails the whole batch, which
+// then leaves the problem, its lists and maps as they were. 0 or -1.
+int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n);
+
+// Adds the n constraints items[0..n-1] as new rows in one batch (one engine
+// call for all rows and one for their names, plus one per row with a
+// quadratic part); all or nothing as for variables. When `first_row` is not
+// null it receives the index of the first new row. 0 or -1.
+int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n,
+                       int *first_row = nullptr);
+
+// Adds the n SOS items[0..n-1] as new sets in one engine call. 0 or -1.
+int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n);
+
+// Which kind of object a deletion or lookup concerns (element codes).
+enum class ObjectKind : int { Constraint = 0, Variable = 1, Sos = 2 };
+
+// Deletes the given indices (any order, repeats allowed) of one kind from
+// the engine, then from the problem's list and map, renumbering the rest.
+// Nothing changes when the engine refuses. 0 or -1.
+int DeleteIndices(ProblemObject *p, ObjectKind kind, std::vector<int> indices);
+
+// The methods.
+PyObject *ProblemAddVariable(PyObject *self, PyObject *args);
+PyObject *ProblemAddConstraint(PyObject *self, PyObject *args);
+PyObject *ProblemAddSos(PyObject *self, PyObject *args);
+PyObject *ProblemAddIndicator(PyObject *self, PyObject *args);
+PyObject *ProblemDelVariable(PyObject *self, PyObject *args, PyObject *kwds);
+PyObject *ProblemDelConstraint(PyObject *self, PyObject *args, PyObject *kwds);
+PyObject *ProblemDelSos(PyObject *self, PyObject *args, PyObject *kwds);
+PyObject *ProblemGetVariable(PyObject *self, PyObject *args, PyObject *kwds);
+PyObject *ProblemGetConstraint(PyObject *self, PyObject *args, PyObject *kwds);
+PyObject *ProblemGetSos(PyObject *self, PyObject *args, PyObject *kwds);
+PyObject *ProblemGetIndex(PyObject *self, PyObject *obj);
+
+extern const char AddVariableDoc[];
+extern const char AddConstraintDoc[];
+extern const char AddSosDoc[];
+extern const char AddIndicatorDoc[];
+extern const char DelVariableDoc[];
+extern const char DelConstraintDoc[];
+extern const char DelSosDoc[];
+extern const char GetVariableDoc[];
+extern const char GetConstraintDoc[];
+extern const char GetSosDoc[];
+extern const char GetIndexDoc[];
+
+}  // namespace zrv
