@@ -30,12 +30,6 @@ class TestCreation:
         # Empty collections add nothing.
         assert zorvan.problem([], (), "x").name() == "x"
 
-    def test_model_objects_in_the_declaration_are_refused_for_now(self):
-        x = zorvan.var()
-        for arg in (x, [x], ([x],), (v for v in [x])):
-            with pytest.raises(zorvan.ModelError, match="not available yet"):
-                zorvan.problem(arg)
-
     def test_sense(self):
         p = zorvan.problem(sense=zorvan.maximize)
         assert p.attributes.objsense == -1.0 and p.controls.zslp_objsense == -1.0

@@ -7,6 +7,7 @@
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
 
+#include <cstdint>
 #include <vector>
 
 #include "problem/problem.h"
@@ -34,13 +35,29 @@ class OwnedObjects {
   std::vector<PyObject *> items_;
 };
 
+// Which kind of object a deletion or lookup concerns (element codes).
+enum class ObjectKind : int { Constraint = 0, Variable = 1, Sos = 2 };
+
 // Nested containers are followed this deep.
 constexpr int kWalkDepthLimit = 32;
 
 // Appends the leaves of obj to out: lists, tuples, dictionaries (their
 // values), sets, iterators and other iterables are walked, to a depth of 32;
-// model objects, strings and everything else are leaves. 0 or -1.
-int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth = 0);
+// model objects, strings and everything else are leaves. Deeper nesting
+// raises ModelError with `too_deep` (or a message of its own). 0 or -1.
+int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth = 0,
+                   const char *too_deep = nullptr);
+
+// An integer attribute of the engine problem. 0 or -1 with the engine's error.
+int ReadIntAttrib(ProblemObject *p, int id, int *value);
+
+// Undoes the recording of objects: drops list[from:] and their map entries.
+void ForgetTail(ProblemObject *p, ObjectKind kind, Py_ssize_t from);
+
+// The key of an object in the problem's map of its kind.
+uint64_t MapKey(PyObject *o, ObjectKind kind);
+IndexMap *MapOf(ProblemObject *p, ObjectKind kind);
+PyObject *ListOf(ProblemObject *p, ObjectKind kind);
 
 // Adds the n variables items[0..n-1] as new columns in one batch (one engine
 // call for all columns, one for their names, one for their types). Any item
@@ -57,9 +74,6 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n,
 
 // Adds the n SOS items[0..n-1] as new sets in one engine call. 0 or -1.
 int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n);
-
-// Which kind of object a deletion or lookup concerns (element codes).
-enum class ObjectKind : int { Constraint = 0, Variable = 1, Sos = 2 };
 
 // Deletes the given indices (any order, repeats allowed) of one kind from
 // the engine, then from the problem's list and map, renumbering the rest.

@@ -2,55 +2,69 @@
 // the positional declaration arguments.
 #include "problem/problem_init.h"
 
+#include <set>
+
+#include "model/var.h"
 #include "module/environment.h"
 #include "module/errors.h"
 #include "module/globals.h"
 #include "module/types.h"
+#include "problem/add_objects.h"
 #include "problem/control.h"
 
 namespace zrv {
 
 namespace {
 
-constexpr int kMaxDeclarationDepth = 32;
+constexpr char kErroneousDeclaration[] =
+    "Erroneous problem declaration; argument contained object that was not a variable, "
+    "constraint, or expression";
 
-bool IsModelObject(PyObject *o) {
-  PyTypeObject *types[] = {&VarType,    &ConstraintType, &SosType,      &ExpressionType,
-                           &LinTermType, &QuadTermType,  &NonlinearType};
-  for (PyTypeObject *t : types)
-    if (PyObject_TypeCheck(o, t)) return true;
-  return false;
+bool IsObjectiveKind(PyObject *o) {
+  return PyObject_TypeCheck(o, &ExpressionType) || Py_TYPE(o) == &LinTermType ||
+         Py_TYPE(o) == &QuadTermType || PyObject_TypeCheck(o, &NonlinearType);
 }
 
-// Classifies one positional argument of the declaration, walking nested
-// sequences by their first element.
-int CheckDeclarationItem(PyObject *item, int depth) {
-  if (depth > kMaxDeclarationDepth) {
-    PyErr_SetString(ModelError, "Error declaring problem");
-    return -1;
+// The model objects of the declaration, sorted by what becomes of them.
+struct Declaration {
+  OwnedObjects vars, constraints, sets, objectives;
+  std::set<uint64_t> var_ids;
+};
+
+// Sorts the objects of one positional argument by the kind of its first
+// object: variables (a repeated one is an objective), constraints, SOS or
+// objectives.
+int Classify(PyObject *arg, Declaration &d) {
+  OwnedObjects items;
+  if (FlattenObjects(arg, items, 0, "Error declaring problem") < 0) return -1;
+  if (items.size() == 0) return 0;
+  PyObject *head = items[0];
+  for (Py_ssize_t i = 0; i < items.size(); ++i) {
+    PyObject *o = items[i];
+    Py_INCREF(o);
+    if (Py_TYPE(head) == &VarType) {
+      if (Py_TYPE(o) != &VarType) {
+        Py_DECREF(o);
+        PyErr_SetString(ModelError, "Incorrect objects added as variables to problem");
+        return -1;
+      }
+      if (d.var_ids.insert(VarIdOf(o)).second)
+        d.vars.Push(o);
+      else
+        d.objectives.Push(o);
+    } else if (Py_TYPE(head) == &ConstraintType) {
+      d.constraints.Push(o);
+    } else if (Py_TYPE(head) == &SosType) {
+      d.sets.Push(o);
+    } else if (IsObjectiveKind(head) && (IsObjectiveKind(o) || Py_TYPE(o) == &VarType)) {
+      d.objectives.Push(o);
+    } else {
+      Py_DECREF(o);
+      PyErr_SetString(ModelError, kErroneousDeclaration);
+      return -1;
+    }
   }
-  if (IsModelObject(item)) {
-    PyErr_SetString(ModelError,
-                    "Adding variables, constraints, SOS or an objective in the problem "
-                    "declaration is not available yet");
-    return -1;
-  }
-  if (PyUnicode_Check(item) || PyBytes_Check(item) || PyNumber_Check(item) ||
-      !(PyList_Check(item) || PyTuple_Check(item) || PyIter_Check(item) ||
-        PyAnySet_Check(item) || PyDict_Check(item))) {
-    PyErr_SetString(ModelError,
-                    "Erroneous problem declaration; argument contained object that was not a "
-                    "variable, constraint, or expression");
-    return -1;
-  }
-  PyObject *iter = PyObject_GetIter(item);
-  if (!iter) return -1;
-  PyObject *first = PyIter_Next(iter);
-  Py_DECREF(iter);
-  if (!first) return PyErr_Occurred() ? -1 : 0;  // empty: nothing to add
-  int rc = CheckDeclarationItem(first, depth + 1);
-  Py_DECREF(first);
-  return rc;
+  return 0;
 }
 
 int SetObjectiveSense(ProblemObject *p, long sense) {
@@ -169,6 +183,7 @@ int InitializeProblem(ProblemObject *p, PyObject *args, PyObject *kwds) {
 
 int ProcessDeclaration(ProblemObject *p, PyObject *args) {
   bool named = false;
+  Declaration d;
   for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(args); ++i) {
     PyObject *arg = PyTuple_GET_ITEM(args, i);
     if (PyUnicode_Check(arg) || PyBytes_Check(arg)) {
@@ -187,7 +202,21 @@ int ProcessDeclaration(ProblemObject *p, PyObject *args) {
       if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
       continue;
     }
-    if (CheckDeclarationItem(arg, 0) < 0) return -1;
+    if (Classify(arg, d) < 0) return -1;
+  }
+  // Variables first, so that the constraints, sets and objective find them.
+  if (AddVariableBatch(p, d.vars.data(), d.vars.size()) < 0) return -1;
+  if (AddConstraintBatch(p, d.constraints.data(), d.constraints.size()) < 0) return -1;
+  if (AddSosBatch(p, d.sets.data(), d.sets.size()) < 0) return -1;
+  if (d.objectives.size() > 1) {
+    PyErr_SetString(ModelError, "More than one objective passed in problem declaration");
+    return -1;
+  }
+  if (d.objectives.size() == 1) {
+    PyObject *r = PyObject_CallMethod(reinterpret_cast<PyObject *>(p), "setObjective", "O",
+                                      d.objectives[0]);
+    if (!r) return -1;
+    Py_DECREF(r);
   }
   return 0;
 }

@@ -6,6 +6,7 @@
 #include "problem/control.h"
 #include "problem/control_methods.h"
 #include "problem/problem.h"
+#include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
 #include "problem/objective.h"
@@ -192,6 +193,21 @@ PyMethodDef ProblemMethods[] = {
      METH_VARARGS | METH_KEYWORDS, SetControlDoc},
     {"getAttrib", WithKeywords(ProblemGetAttrib),
      METH_VARARGS | METH_KEYWORDS, GetAttribDoc},
+    {"addVariable", ProblemAddVariable, METH_VARARGS, AddVariableDoc},
+    {"addConstraint", ProblemAddConstraint, METH_VARARGS, AddConstraintDoc},
+    {"addSOS", ProblemAddSos, METH_VARARGS, AddSosDoc},
+    {"addIndicator", ProblemAddIndicator, METH_VARARGS, AddIndicatorDoc},
+    {"delVariable", WithKeywords(ProblemDelVariable), METH_VARARGS | METH_KEYWORDS,
+     DelVariableDoc},
+    {"delConstraint", WithKeywords(ProblemDelConstraint), METH_VARARGS | METH_KEYWORDS,
+     DelConstraintDoc},
+    {"delSOS", WithKeywords(ProblemDelSos), METH_VARARGS | METH_KEYWORDS, DelSosDoc},
+    {"getVariable", WithKeywords(ProblemGetVariable), METH_VARARGS | METH_KEYWORDS,
+     GetVariableDoc},
+    {"getConstraint", WithKeywords(ProblemGetConstraint), METH_VARARGS | METH_KEYWORDS,
+     GetConstraintDoc},
+    {"getSOS", WithKeywords(ProblemGetSos), METH_VARARGS | METH_KEYWORDS, GetSosDoc},
+    {"getIndex", ProblemGetIndex, METH_O, GetIndexDoc},
     {"setObjective", WithKeywords(ProblemSetObjective), METH_VARARGS | METH_KEYWORDS,
      SetObjectiveDoc},
     {"addObjective", WithKeywords(ProblemAddObjective), METH_VARARGS | METH_KEYWORDS,

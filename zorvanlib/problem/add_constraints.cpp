@@ -1,0 +1,424 @@
+// problem.addConstraint and problem.addIndicator: constraints become rows,
+// all rows of one call in one engine call.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "bindings/convert.h"
+#include "model/constraint.h"
+#include "model/expression.h"
+#include "model/linterm.h"
+#include "model/operand.h"
+#include "model/quadterm.h"
+#include "model/var.h"
+#include "module/errors.h"
+#include "module/globals.h"
+#include "module/help.h"
+#include "module/types.h"
+#include "problem/add_objects.h"
+#include "zorvan/zrvs.h"
+
+namespace zrv {
+
+namespace {
+
+constexpr uint64_t kConNameStored = uint64_t{1} << 63;
+
+// The rows of one call, laid out as the engine takes them.
+struct RowBatch {
+  std::vector<char> type;
+  std::vector<double> rhs, range;
+  std::vector<int64_t> start{0};
+  std::vector<int> cols;
+  std::vector<double> coefs;
+  std::string names;
+  // Quadratic parts: the row (offset in the batch) and its entries.
+  std::vector<int> qrows;
+  std::vector<size_t> qstart;  // offsets into q1/q2/qv, one past each row's last
+  std::vector<int> q1, q2;
+  std::vector<double> qv;
+};
+
+int Column(ProblemObject *p, PyObject *var, int *col) {
+  int32_t index;
+  if (ObjectToIndex(var, p, &index, ElemColumn) < 0) return -1;
+  *col = index;
+  return 0;
+}
+
+// The engine adds v to Q[i][j] and Q[j][i]: a product c x_i x_j (i != j) is
+// the entry c/2, a square c x_i^2 the entry c.
+int AddQuadratic(ProblemObject *p, RowBatch &b, PyObject *v1, PyObject *v2, double c) {
+  int i, j;
+  if (Column(p, v1, &i) < 0 || Column(p, v2, &j) < 0) return -1;
+  b.q1.push_back(i);
+  b.q2.push_back(j);
+  b.qv.push_back(i == j ? c : 0.5 * c);
+  return 0;
+}
+
+int AddLinear(ProblemObject *p, RowBatch &b, PyObject *var, double c) {
+  int col;
+  if (Column(p, var, &col) < 0) return -1;
+  b.cols.push_back(col);
+  b.coefs.push_back(c);
+  return 0;
+}
+
+// Splits a constraint body into its constant (returned in *constant), its
+// linear entries (appended to the batch) and its quadratic entries.
+int Decompose(ProblemObject *p, PyObject *body, RowBatch &b, double *constant) {
+  *constant = 0.0;
+  switch (KindOf(body)) {
+    case KindNumber: {
+      double v = NumberValue(body);
+      if (v == -1.0 && PyErr_Occurred()) return -1;
+      *constant = v;
+      return 0;
+    }
+    case KindVar: return AddLinear(p, b, body, 1.0);
+    case KindLinTerm: {
+      auto *t = reinterpret_cast<LinTermObject *>(body);
+      return AddLinear(p, b, t->var, t->coef);
+    }
+    case KindQuadTerm: {
+      auto *t = reinterpret_cast<QuadTermObject *>(body);
+      return AddQuadratic(p, b, t->var1, t->var2, t->coef);
+    }
+    case KindExpression: {
+      *constant = AsExpression(body)->constant;
+      const std::vector<LinEntry> &lin = ExpressionLinear(body);
+      for (const LinEntry &e : lin)
+        if (AddLinear(p, b, e.var, e.coef) < 0) return -1;
+      for (const QuadEntry &e : ExpressionQuadratic(body))
+        if (AddQuadratic(p, b, e.var1, e.var2, e.coef) < 0) return -1;
+      return 0;
+    }
+    case KindNonlinear:
+      PyErr_SetString(ModelError,
+                      "Nonlinear constraints are not available yet: a constraint body must be "
+                      "linear or quadratic");
+      return -1;
+    default:
+      PyErr_SetString(ModelError, "Invalid constraint body");
+      return -1;
+  }
+}
+
+int AppendName(uint64_t word, std::string &names) {
+  if (!(word & kConNameStored)) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "R%llu", static_cast<unsigned long long>(ConId(word)));
+    names += buffer;
+    names += '\0';
+    return 0;
+  }
+  PyObject *name = ConGetName(word);
+  if (!name) return -1;
+  PyObject *text = PyBytes_Check(name) ? (Py_INCREF(name), name) : PyObject_Str(name);
+  Py_DECREF(name);
+  if (!text) return -1;
+  Py_ssize_t len = 0;
+  const char *s = PyBytes_Check(text) ? PyBytes_AS_STRING(text)
+                                      : PyUnicode_AsUTF8AndSize(text, &len);
+  if (PyBytes_Check(text)) len = PyBytes_GET_SIZE(text);
+  if (s) {
+    names.append(s, static_cast<size_t>(len));
+    names += '\0';
+  }
+  Py_DECREF(text);
+  return s ? 0 : -1;
+}
+
+// Checks one constraint and adds it as row `row` of the batch.
+int Record(ProblemObject *p, PyObject *o, int row, RowBatch &b) {
+  if (Py_TYPE(o) != &ConstraintType) {
+    PyErr_SetString(ModelError, "Invalid constraint");
+    return -1;
+  }
+  auto *c = reinterpret_cast<ConstraintObject *>(o);
+  if (!c->body || c->body == Py_None) {
+    PyErr_SetString(ModelError, "Stale expression link, cannot add constraint");
+    return -1;
+  }
+  uint64_t id = ConId(c->word);
+  if (p->rowmap->count(id)) {
+    PyErr_SetString(ModelError, "Constraint already added to problem");
+    return -1;
+  }
+  const size_t qbefore = b.qv.size();
+  double constant;
+  if (Decompose(p, c->body, b, &constant) < 0) return -1;
+  if (b.qv.size() > qbefore) {
+    b.qrows.push_back(row);
+    b.qstart.push_back(b.qv.size());
+  }
+  double lb = ConGetLb(c->word), ub = ConGetUb(c->word);
+  char type = 'N';
+  double rhs = 0.0, range = 0.0;
+  if (lb > -kInfinity) {
+    if (ub >= kInfinity) {
+      type = 'G';
+      rhs = lb - constant;
+    } else if (lb == ub) {
+      type = 'E';
+      rhs = lb - constant;
+    } else {
+      type = 'R';
+      rhs = ub - constant;
+      range = ub - lb;
+    }
+  } else if (ub < kInfinity) {
+    type = 'L';
+    rhs = ub - constant;
+  }
+  b.type.push_back(type);
+  b.rhs.push_back(rhs);
+  b.range.push_back(range);
+  b.start.push_back(static_cast<int64_t>(b.cols.size()));
+  if (AppendName(c->word, b.names) < 0) return -1;
+  if (PyList_Append(p->conlist, o) < 0) return -1;
+  (*p->rowmap)[id] = row;
+  return 0;
+}
+
+int SendRows(ProblemObject *p, int first, const RowBatch &b, bool *added) {
+  ZRVSprob prob = p->prob;
+  const int n = static_cast<int>(b.type.size());
+  int rc = CallUnlocked(ZRVSaddrows64, prob, n, static_cast<int64_t>(b.cols.size()),
+                        b.type.data(), b.rhs.data(), b.range.data(), b.start.data(),
+                        b.cols.data(), b.coefs.data());
+  if (rc != 0) return -1;
+  *added = true;
+  rc = CallUnlocked(ZRVSaddnames, prob, 1, b.names.data(), first, first + n - 1);
+  size_t from = 0;
+  for (size_t k = 0; rc == 0 && k < b.qrows.size(); ++k) {
+    size_t to = b.qstart[k];
+    rc = CallUnlocked(ZRVSaddqmatrix64, prob, first + b.qrows[k], static_cast<int64_t>(to - from),
+                      b.q1.data() + from, b.q2.data() + from, b.qv.data() + from);
+    from = to;
+  }
+  return rc == 0 ? 0 : -1;
+}
+
+}  // namespace
+
+int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, int *first_row) {
+  if (NotInitialized(p)) return -1;
+  int first = 0;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALROWS, &first) < 0) return -1;
+  if (first_row) *first_row = first;
+  if (n <= 0) return 0;
+  if (n > INT32_MAX - first) {
+    PyErr_SetString(ModelError, "Too many constraints for one problem");
+    return -1;
+  }
+  const Py_ssize_t listed = PyList_GET_SIZE(p->conlist);
+  RowBatch b;
+  b.type.reserve(static_cast<size_t>(n));
+  b.rhs.reserve(static_cast<size_t>(n));
+  b.range.reserve(static_cast<size_t>(n));
+  b.start.reserve(static_cast<size_t>(n) + 1);
+  b.names.reserve(static_cast<size_t>(n) * 8);
+  for (Py_ssize_t i = 0; i < n; ++i) {
+    if (Record(p, items[i], first + static_cast<int>(i), b) < 0) {
+      ForgetTail(p, ObjectKind::Constraint, listed);
+      return -1;
+    }
+  }
+  bool added = false;
+  if (SendRows(p, first, b, &added) < 0) {
+    ReportError(reinterpret_cast<PyObject *>(p), nullptr);
+    if (added) {
+      std::vector<int> rows(static_cast<size_t>(n));
+      for (size_t k = 0; k < rows.size(); ++k) rows[k] = first + static_cast<int>(k);
+      CallUnlocked(ZRVSdelrows, p->prob, static_cast<int>(rows.size()),
+                   static_cast<const int *>(rows.data()));
+    }
+    ForgetTail(p, ObjectKind::Constraint, listed);
+    return -1;
+  }
+  return 0;
+}
+
+PyObject *ProblemAddConstraint(PyObject *self, PyObject *args) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (NotInitialized(p)) return nullptr;
+  OwnedObjects items;
+  if (FlattenObjects(args, items) < 0) return nullptr;
+  if (AddConstraintBatch(p, items.data(), items.size()) < 0) return nullptr;
+  Py_RETURN_NONE;
+}
+
+// ---------------------------------------------------------------------------
+// Indicators
+
+namespace {
+
+constexpr char kIndicatorUsage[] =
+    "Invalid declaration of indicator constraints. Use p.addIndicator(b == 1, x + y <= 4) for "
+    "one, or p.addIndicator((b == 1, x + y <= 4), (c == 0, x >= 2)) for several, where b and "
+    "c are binary variables of the problem.";
+
+// The indicator column and flag (1: b == 1, -1: b == 0) of a condition.
+int Condition(ProblemObject *p, PyObject *cond, int *col, int *flag) {
+  if (Py_TYPE(cond) != &ConstraintType) {
+    PyErr_SetString(ModelError, "Invalid declaration of indicator constraints.");
+    return -1;
+  }
+  auto *c = reinterpret_cast<ConstraintObject *>(cond);
+  PyObject *body = c->body;
+  PyObject *var = nullptr;
+  double coef = 1.0, constant = 0.0;
+  switch (body ? KindOf(body) : KindInvalid) {
+    case KindVar: var = body; break;
+    case KindLinTerm:
+      var = reinterpret_cast<LinTermObject *>(body)->var;
+      coef = reinterpret_cast<LinTermObject *>(body)->coef;
+      break;
+    case KindQuadTerm:
+      PyErr_SetString(ModelError,
+                      "Invalid condition for indicator constraints: it cannot contain a "
+                      "quadratic expression");
+      return -1;
+    case KindExpression: {
+      if (!ExpressionQuadratic(body).empty()) {
+        PyErr_SetString(ModelError,
+                        "Invalid condition for indicator constraints: it cannot contain a "
+                        "quadratic expression");
+        return -1;
+      }
+      const std::vector<LinEntry> &lin = ExpressionLinear(body);
+      if (lin.size() != 1) {
+        PyErr_SetString(ModelError,
+                        "Invalid condition for indicator constraints: there must be exactly "
+                        "one variable");
+        return -1;
+      }
+      var = lin[0].var;
+      coef = lin[0].coef;
+      constant = AsExpression(body)->constant;
+      break;
+    }
+    default:
+      PyErr_SetString(ModelError, "Invalid condition for indicator constraints: must be a variable");
+      return -1;
+  }
+  double lb = ConGetLb(c->word) - constant, ub = ConGetUb(c->word) - constant;
+  if (lb != ub || (lb != 0.0 && lb != 1.0)) {
+    PyErr_SetString(ModelError,
+                    "Invalid condition for indicator constraints: must be <variable_name> == 0 "
+                    "or <variable_name> == 1");
+    return -1;
+  }
+  auto it = p->colmap->find(VarIdOf(var));
+  if (it == p->colmap->end()) {
+    PyErr_SetString(ModelError, "Indicator variable has not been added to problem yet");
+    return -1;
+  }
+  if (coef != 1.0) {
+    PyErr_SetString(ModelError, "Indicator variable must have coefficient 1");
+    return -1;
+  }
+  if (VarType_(VarWordOf(var)) != 1) {
+    PyErr_SetString(ModelError,
+                    "Invalid indicator expression. Must be var==0 or var==1, where var is a "
+                    "binary variable");
+    return -1;
+  }
+  *col = it->second;
+  *flag = lb == 1.0 ? 1 : -1;
+  return 0;
+}
+
+int CheckIndicated(PyObject *con) {
+  if (Py_TYPE(con) != &ConstraintType) {
+    PyErr_SetString(ModelError, "Invalid constraint assigned to indicator");
+    return -1;
+  }
+  PyObject *body = reinterpret_cast<ConstraintObject *>(con)->body;
+  if (body && KindOf(body) == KindNonlinear) {
+    PyErr_SetString(ModelError, "Nonlinear indicator constraints are not allowed");
+    return -1;
+  }
+  return 0;
+}
+
+}  // namespace
+
+PyObject *ProblemAddIndicator(PyObject *self, PyObject *args) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (NotInitialized(p)) return nullptr;
+  // Pairs (condition, constraint): either the two arguments themselves or
+  // one tuple of two per indicator.
+  std::vector<PyObject *> conditions, constraints;  // borrowed from args
+  Py_ssize_t nargs = PyTuple_GET_SIZE(args);
+  bool tuples = nargs > 0;
+  for (Py_ssize_t i = 0; i < nargs && tuples; ++i)
+    tuples = PyTuple_Check(PyTuple_GET_ITEM(args, i));
+  if (tuples) {
+    for (Py_ssize_t i = 0; i < nargs; ++i) {
+      PyObject *pair = PyTuple_GET_ITEM(args, i);
+      if (PyTuple_GET_SIZE(pair) != 2) {
+        PyErr_SetString(ModelError, "Invalid declaration of indicator constraints.");
+        return nullptr;
+      }
+      conditions.push_back(PyTuple_GET_ITEM(pair, 0));
+      constraints.push_back(PyTuple_GET_ITEM(pair, 1));
+    }
+  } else if (nargs == 2) {
+    conditions.push_back(PyTuple_GET_ITEM(args, 0));
+    constraints.push_back(PyTuple_GET_ITEM(args, 1));
+  } else {
+    PyErr_SetString(ModelError, kIndicatorUsage);
+    return nullptr;
+  }
+  const size_t n = conditions.size();
+  std::vector<int> cols(n), flags(n), rows(n);
+  for (size_t k = 0; k < n; ++k) {
+    if (Condition(p, conditions[k], &cols[k], &flags[k]) < 0) return nullptr;
+    if (CheckIndicated(constraints[k]) < 0) return nullptr;
+  }
+  int first = 0;
+  if (AddConstraintBatch(p, constraints.data(), static_cast<Py_ssize_t>(n), &first) < 0)
+    return nullptr;
+  for (size_t k = 0; k < n; ++k) rows[k] = first + static_cast<int>(k);
+  if (CallUnlocked(ZRVSsetindicators, p->prob, static_cast<int>(n),
+                   static_cast<const int *>(rows.data()), static_cast<const int *>(cols.data()),
+                   static_cast<const int *>(flags.data())) != 0) {
+    ReportError(self, nullptr);
+    DeleteIndices(p, ObjectKind::Constraint, rows);
+    return nullptr;
+  }
+  Py_RETURN_NONE;
+}
+
+const char AddConstraintDoc[] = ZRV_HELP(
+    "Add constraints to the problem as new rows.",
+    "p.addConstraint(c1, c2, ...)",
+    "Any number of constraints, or lists, tuples, dictionaries (their values), generators or "
+    "other iterables of them, nested to any depth up to 32 levels.",
+    "p.addConstraint(x + 2 * y <= 6, (x - z >= i for i in range(3)))",
+    "All constraints of one call are handed to the solver together. A constraint's constant "
+    "moves to the right-hand side: a lower bound only gives a row of type G, an upper bound "
+    "only L, equal bounds E, two different bounds a range R, no bound a free row N. Its name "
+    "(its own or R<identifier>) becomes the row name. Every variable of the body must be in "
+    "the problem. Quadratic bodies are passed as they are; nonlinear bodies are not "
+    "available yet. When a constraint is refused, none of the call is added.",
+    "problem.addVariable, problem.addIndicator, problem.delConstraint, "
+    "problem.getConstraint, constraint");
+
+const char AddIndicatorDoc[] = ZRV_HELP(
+    "Add constraints that must hold only when a binary variable takes a given value.",
+    "p.addIndicator(condition, constraint)\n    p.addIndicator((cond1, con1), (cond2, con2), "
+    "...)",
+    "condition: b == 1 or b == 0 for a binary variable b of the problem; constraint: a linear "
+    "or quadratic constraint not yet in the problem.",
+    "b = zorvan.var(vartype=zorvan.binary)\n    p.addVariable(b, x)\n"
+    "    p.addIndicator(b == 1, x <= 10)",
+    "The constraint is added as a new row, as with addConstraint, and marked as indicated by "
+    "b: it must hold when b is 1 (for b == 1) or 0 (for b == 0). The solver needs finite "
+    "bounds on the row's variables.",
+    "problem.addConstraint, problem.addVariable");
+
+}  // namespace zrv

@@ -1,0 +1,202 @@
+// problem.addVariable: variables become columns, all of one call together.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "bindings/convert.h"
+#include "model/var.h"
+#include "module/errors.h"
+#include "module/globals.h"
+#include "module/help.h"
+#include "module/types.h"
+#include "problem/add_objects.h"
+#include "zorvan/zrvs.h"
+
+namespace zrv {
+
+namespace {
+
+constexpr char kColumnTypes[] = {'C', 'B', 'I', 'S', 'R', 'P'};
+
+// Everything the engine needs about the new columns.
+struct ColumnBatch {
+  std::vector<double> lb, ub;
+  std::vector<char> type;
+  std::string names;  // NUL-terminated names one after another
+  std::vector<int> limit_cols;
+  std::vector<double> limits;
+  std::vector<int> bound_cols;  // binaries whose bounds are not [0, 1]
+  std::vector<char> bound_types;
+  std::vector<double> bound_values;
+};
+
+int AppendName(uint64_t word, std::string &names) {
+  if (!(word & kVarNameStored)) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "C%llu", static_cast<unsigned long long>(VarId(word)));
+    names += buffer;
+    names += '\0';
+    return 0;
+  }
+  PyObject *name = VarGetName(word);
+  if (!name) return -1;
+  const char *text = nullptr;
+  Py_ssize_t len = 0;
+  if (PyUnicode_Check(name)) {
+    text = PyUnicode_AsUTF8AndSize(name, &len);
+  } else if (PyBytes_Check(name)) {
+    text = PyBytes_AS_STRING(name);
+    len = PyBytes_GET_SIZE(name);
+  } else {
+    Py_DECREF(name);
+    PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
+    return -1;
+  }
+  if (!text) {
+    Py_DECREF(name);
+    return -1;
+  }
+  names.append(text, static_cast<size_t>(len));
+  names += '\0';
+  Py_DECREF(name);
+  return 0;
+}
+
+// Checks one variable and records it as column `col`.
+int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
+  if (Py_TYPE(o) != &VarType) {
+    PyErr_SetString(ModelError, "Incorrect objects added as variables to problem");
+    return -1;
+  }
+  uint64_t word = VarWordOf(o);
+  if (word == 0) {
+    PyErr_SetString(ModelError, "Variable is not initialized");
+    return -1;
+  }
+  if (p->colmap->count(VarId(word))) {
+    PyErr_SetString(ModelError, "Variable already added to problem");
+    return -1;
+  }
+  int type = VarType_(word);
+  if (type < 0 || type > 5) {
+    PyErr_SetString(ModelError,
+                    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, "
+                    "etc.");
+    return -1;
+  }
+  double lb = VarGetLb(word), ub = VarGetUb(word);
+  if (type >= 3) {
+    double threshold = VarGetThreshold(word);
+    if (!(threshold >= lb && threshold <= ub)) {
+      PyErr_SetString(ModelError,
+                      "Incorrect semi-continuous, semi-integer, or partially integer variable; "
+                      "check that its threshold is between its lower and upper bounds");
+      return -1;
+    }
+    batch.limit_cols.push_back(col);
+    batch.limits.push_back(threshold);
+  }
+  if (AppendName(word, batch.names) < 0) return -1;
+  if (type == 1 && (lb != 0.0 || ub != 1.0)) {
+    // Making a column binary sets its bounds to [0, 1]: put these back after.
+    batch.bound_cols.insert(batch.bound_cols.end(), {col, col});
+    batch.bound_types.insert(batch.bound_types.end(), {'L', 'U'});
+    batch.bound_values.insert(batch.bound_values.end(), {lb, ub});
+  }
+  batch.lb.push_back(lb);
+  batch.ub.push_back(ub);
+  batch.type.push_back(kColumnTypes[type]);
+  if (PyList_Append(p->varlist, o) < 0) return -1;
+  (*p->colmap)[VarId(word)] = col;
+  return 0;
+}
+
+int SendColumns(ProblemObject *p, int first, const ColumnBatch &batch, bool *added) {
+  const int n = static_cast<int>(batch.lb.size());
+  ZRVSprob prob = p->prob;
+  // Zero starts and zero objective coefficients alike.
+  std::vector<double> zeros(static_cast<size_t>(n) + 1, 0.0);
+  std::vector<int64_t> starts(static_cast<size_t>(n) + 1, 0);
+  std::vector<int> cols(static_cast<size_t>(n));
+  for (int j = 0; j < n; ++j) cols[static_cast<size_t>(j)] = first + j;
+  int rc = CallUnlocked(ZRVSaddcols64, prob, n, int64_t{0}, zeros.data(), starts.data(),
+                        static_cast<const int *>(nullptr), static_cast<const double *>(nullptr),
+                        batch.lb.data(), batch.ub.data());
+  if (rc != 0) return -1;
+  *added = true;
+  rc = CallUnlocked(ZRVSchgcoltype, prob, n, static_cast<const int *>(cols.data()),
+                    batch.type.data());
+  if (rc == 0)
+    rc = CallUnlocked(ZRVSaddnames, prob, 2, batch.names.data(), first, first + n - 1);
+  if (rc == 0 && !batch.limit_cols.empty())
+    rc = CallUnlocked(ZRVSchgglblimit, prob, static_cast<int>(batch.limit_cols.size()),
+                      batch.limit_cols.data(), batch.limits.data());
+  if (rc == 0 && !batch.bound_cols.empty())
+    rc = CallUnlocked(ZRVSchgbounds, prob, static_cast<int>(batch.bound_cols.size()),
+                      batch.bound_cols.data(), batch.bound_types.data(),
+                      batch.bound_values.data());
+  return rc == 0 ? 0 : -1;
+}
+
+}  // namespace
+
+int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
+  if (NotInitialized(p)) return -1;
+  if (n <= 0) return 0;
+  int first = 0;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &first) < 0) return -1;
+  if (n > INT32_MAX - first) {
+    PyErr_SetString(ModelError, "Too many variables for one problem");
+    return -1;
+  }
+  const Py_ssize_t listed = PyList_GET_SIZE(p->varlist);
+  ColumnBatch batch;
+  batch.lb.reserve(static_cast<size_t>(n));
+  batch.ub.reserve(static_cast<size_t>(n));
+  batch.type.reserve(static_cast<size_t>(n));
+  batch.names.reserve(static_cast<size_t>(n) * 8);
+  for (Py_ssize_t i = 0; i < n; ++i) {
+    if (Record(p, items[i], first + static_cast<int>(i), batch) < 0) {
+      ForgetTail(p, ObjectKind::Variable, listed);
+      return -1;
+    }
+  }
+  bool added = false;
+  if (SendColumns(p, first, batch, &added) < 0) {
+    PyObject *self = reinterpret_cast<PyObject *>(p);
+    ReportError(self, nullptr);
+    if (added) {
+      std::vector<int> cols(batch.lb.size());
+      for (size_t j = 0; j < cols.size(); ++j) cols[j] = first + static_cast<int>(j);
+      CallUnlocked(ZRVSdelcols, p->prob, static_cast<int>(cols.size()),
+                   static_cast<const int *>(cols.data()));
+    }
+    ForgetTail(p, ObjectKind::Variable, listed);
+    return -1;
+  }
+  return 0;
+}
+
+PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (NotInitialized(p)) return nullptr;
+  OwnedObjects items;
+  if (FlattenObjects(args, items) < 0) return nullptr;
+  if (AddVariableBatch(p, items.data(), items.size()) < 0) return nullptr;
+  Py_RETURN_NONE;
+}
+
+const char AddVariableDoc[] = ZRV_HELP(
+    "Add variables to the problem as new columns.",
+    "p.addVariable(v1, v2, ...)",
+    "Any number of variables, or lists, tuples, dictionaries (their values), generators or "
+    "other iterables of them, nested to any depth up to 32 levels.",
+    "x = zorvan.var(ub=10)\n    y = [zorvan.var(name=f'y{i}') for i in range(5)]\n"
+    "    p.addVariable(x, y)",
+    "All variables of one call are added together with their bounds, types, thresholds and "
+    "names. A variable belongs to a problem only through the problem's records: it may be "
+    "added to several problems, but only once to each. When a variable is refused, none of "
+    "the call is added.",
+    "problem.addConstraint, problem.delVariable, problem.getVariable, problem.getIndex, var");
+
+}  // namespace zrv
