@@ -1,4 +1,5 @@
 // The `problem` type: allocation, destruction and the lifecycle methods.
+#include "bindings/readback.h"
 #include "module/errors.h"
 #include "module/globals.h"
 #include "module/help.h"
@@ -262,7 +263,7 @@ void SetupProblemType() {
   t.tp_traverse = ProblemTraverse;
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
-  t.tp_methods = ProblemMethods;
+  t.tp_methods = WithReadBackMethods(ProblemMethods);
   t.tp_members = ProblemMembers;
   t.tp_doc = ZRV_HELP(
       "An optimization problem: variables, constraints, objective and solver controls.",

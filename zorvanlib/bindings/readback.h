@@ -1,0 +1,15 @@
+// Problem methods that read the model back from the engine, one engine
+// function each: bounds, types, right-hand sides, names, the matrix,
+// indicators and quadratic row parts. Results fill lists passed by the caller.
+#pragma once
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+namespace zrv {
+
+// A method table holding the entries of `base` followed by these methods
+// (kept for the life of the module).
+PyMethodDef *WithReadBackMethods(const PyMethodDef *base);
+
+}  // namespace zrv
