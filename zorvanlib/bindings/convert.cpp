@@ -1,5 +1,6 @@
 #include "bindings/convert.h"
 
+#include <climits>
 #include <cmath>
 #include <cstdarg>
 #include <cstdlib>
@@ -178,13 +179,21 @@ void MissingKeywords(const char *const *keywords, int first, int last) {
   PyErr_SetString(InterfaceError, text.c_str());
 }
 
-int ObjectToIndex(PyObject *obj, ProblemObject *p, int32_t *index, int code) {
-  if (code == ElemInt || IsIntegerObject(obj)) {
-    long v = PyLong_AsLong(obj);
-    if (v == -1 && PyErr_Occurred()) return -1;
-    *index = static_cast<int32_t>(v);
-    return 0;
+// An integer as a 32-bit value; one that does not fit would otherwise wrap
+// around to some other valid index.
+int Int32Value(PyObject *obj, int32_t *out) {
+  long v = PyLong_AsLong(obj);
+  if (v == -1 && PyErr_Occurred()) return -1;
+  if (v < INT32_MIN || v > INT32_MAX) {
+    PyErr_Format(PyExc_OverflowError, "%ld does not fit in a 32-bit integer", v);
+    return -1;
   }
+  *out = static_cast<int32_t>(v);
+  return 0;
+}
+
+int ObjectToIndex(PyObject *obj, ProblemObject *p, int32_t *index, int code) {
+  if (code == ElemInt || IsIntegerObject(obj)) return Int32Value(obj, index);
   if (PyUnicode_Check(obj) || PyBytes_Check(obj)) {
     PyObject *name = NameBytes(obj);
     if (!name) return -1;
@@ -257,10 +266,7 @@ int ElementToNative(ProblemObject *p, PyObject *obj, void *array, Py_ssize_t pos
           PyErr_Format(ModelError, "Invalid integer argument %S", obj);
         return -1;
       }
-      long v = PyLong_AsLong(obj);
-      if (v == -1 && PyErr_Occurred()) return -1;
-      static_cast<int32_t *>(array)[pos] = static_cast<int32_t>(v);
-      return 0;
+      return Int32Value(obj, static_cast<int32_t *>(array) + pos);
     }
     case ElemLong: {
       if (!IsIntegerObject(obj)) {
@@ -360,8 +366,9 @@ int SequenceToArray(ProblemObject *p, Py_ssize_t *length, PyObject *obj, void **
   PyObject *items = nullptr;  // fast sequence of a generic sequence
   void *block = nullptr;
   int result = -1;
+  Py_ssize_t n = 0;  // items converted (iterators)
   if (is_iter) {
-    Py_ssize_t capacity = 256, n = 0;
+    Py_ssize_t capacity = 256;
     if (NativeAllocator.allocate(NativeAllocator.context, capacity * width, &block) != 0)
       goto done;
     if (code == ElemString) std::memset(block, 0, capacity * width);
@@ -385,6 +392,13 @@ int SequenceToArray(ProblemObject *p, Py_ssize_t *length, PyObject *obj, void **
       ++n;
     }
     if (PyErr_Occurred()) goto done;
+    // The arrays of one call are read with one length: an iterator must
+    // agree with the arrays before it as much as a list must.
+    if (length && *length >= 0 && *length != n) {
+      PyErr_Format(InterfaceError, "Mismatched lengths in arguments: expected %d, found %d",
+                   static_cast<int>(*length), static_cast<int>(n));
+      goto done;
+    }
     if (length) *length = n;
     result = 0;
     goto done;
@@ -392,14 +406,26 @@ int SequenceToArray(ProblemObject *p, Py_ssize_t *length, PyObject *obj, void **
   if (is_seq) {
     items = PySequence_Fast(obj, "Unable to scan sequence");
     if (!items) goto done;
+    if (PySequence_Fast_GET_SIZE(items) != size) {  // the sequence misreported its size
+      PyErr_SetString(InterfaceError, "Invalid sequence of objects");
+      goto done;
+    }
   }
   if (NativeAllocator.allocate(NativeAllocator.context, size * width, &block) != 0) goto done;
   if (code == ElemString) std::memset(block, 0, size * width);
   for (Py_ssize_t i = 0; i < size; ++i) {
+    // Converting an item may run Python code that changes the list.
+    if (is_list && i >= PyList_GET_SIZE(obj)) {
+      PyErr_SetString(InterfaceError, "Sequence changed size during conversion");
+      goto done;
+    }
     PyObject *item = is_list ? PyList_GET_ITEM(obj, i)
                      : is_tuple ? PyTuple_GET_ITEM(obj, i)
                                 : PySequence_Fast_GET_ITEM(items, i);
-    if (ElementToNative(p, item, block, i, code) < 0) goto done;
+    Py_INCREF(item);
+    int rc = ElementToNative(p, item, block, i, code);
+    Py_DECREF(item);
+    if (rc < 0) goto done;
   }
   result = 0;
 done:
@@ -408,7 +434,7 @@ done:
   if (result == 0) {
     *array = block;
   } else if (block) {
-    if (code == ElemString) ReleaseStrings(block, is_iter ? 0 : size);
+    if (code == ElemString) ReleaseStrings(block, is_iter ? n : size);
     NativeAllocator.release(NativeAllocator.context, &block);
   }
   return result;
