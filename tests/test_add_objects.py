@@ -364,3 +364,27 @@ class TestConversions:
             p.getcols(start=[], mrwind=[], rowcoef=None, maxcoefs=1, first=0, last=0)
         with pytest.raises(z.InterfaceError, match=r"Argument type must be 1 \(rows\)"):
             p.getnames(4, [])
+
+    def test_integers_beyond_32_bits_do_not_wrap_around(self, model):
+        p, xs, _ = model
+        with pytest.raises(OverflowError):
+            p.delVariable(index=[2**32])          # would have deleted column 0
+        with pytest.raises(OverflowError):
+            p.getub([], 0, 2**32 + 1)
+        assert p.getVariable() == list(xs)
+
+    def test_a_weight_list_changed_while_it_is_read(self):
+        x, y = z.var(ub=1), z.var(ub=1)
+        weights = []
+
+        class Shrinking:
+            def __float__(self):
+                weights.clear()
+                return 1.0
+
+        weights.extend([Shrinking(), 2.0])
+        p = quiet()
+        p.addVariable(x, y)
+        with pytest.raises(z.InterfaceError, match="Sequence changed size during conversion"):
+            p.addSOS(z.sos([x, y], weights))
+        assert p.getSOS() == [] and p.attributes.sets == 0
