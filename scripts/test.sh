@@ -5,6 +5,8 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 bash scripts/setup.sh
+# What the tests need beyond the package (the test extra of pyproject.toml).
+.venv/bin/python -m pip install -q pytest scipy
 
 cmake -S . -B build/engine-tests -G Ninja -DZORVAN_BUILD_PYTHON=OFF \
   -DZORVAN_BUILD_TESTS=ON -DPython_EXECUTABLE="$root/.venv/bin/python" >/dev/null

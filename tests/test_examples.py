@@ -11,9 +11,6 @@ import zorvan as z
 
 EXAMPLES = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "examples")
 
-pytestmark = pytest.mark.skipif(not hasattr(z.problem, "addVariable"),
-                                reason="problem.addVariable is not built yet")
-
 
 def run(name):
     done = subprocess.run([sys.executable, "-X", "dev", os.path.join(EXAMPLES, name)],

@@ -5,10 +5,6 @@ import pytest
 
 import zorvan as z
 
-# The end-to-end cases need the adders of problem objects.
-pytestmark = pytest.mark.skipif(not hasattr(z.problem, "addVariable"),
-                                  reason="problem.addVariable is not built yet")
-
 
 
 def model(*bounds):

@@ -8,10 +8,6 @@ import pytest
 
 import zorvan as z
 
-# The end-to-end cases need the adders of problem objects.
-needs_adders = pytest.mark.skipif(not hasattr(z.problem, "addVariable"),
-                                  reason="problem.addVariable is not built yet")
-
 
 # --- zorvan.evaluate at a point given as a dictionary -------------------------
 
@@ -158,7 +154,6 @@ def lp():
     return p, (x, y, w), (c1, c2, c3)
 
 
-@needs_adders
 def test_values_by_object_name_index_and_whole_vector(lp):
     p, (x, y, w), _ = lp
     assert p.getObjVal() == pytest.approx(11.0)
@@ -171,7 +166,6 @@ def test_values_by_object_name_index_and_whole_vector(lp):
     assert p.getSolution(range(3), flatten=True) == pytest.approx([2.0, 2.0, 0.0])
 
 
-@needs_adders
 def test_solution_evaluates_expressions_and_structures(lp):
     p, (x, y, w), (c1, _, _) = lp
     assert p.getSolution(2 * x + 1) == pytest.approx(5.0)
@@ -187,7 +181,6 @@ def test_solution_evaluates_expressions_and_structures(lp):
     assert z.evaluate(w, problem=p, solution=np.array([10.0, 20.0, 30.0])) == 30.0
 
 
-@needs_adders
 def test_slacks_duals_and_reduced_costs(lp):
     p, (x, y, w), (c1, c2, c3) = lp
     # Slack is rhs minus activity.
@@ -206,7 +199,6 @@ def test_slacks_duals_and_reduced_costs(lp):
     assert p.getRCost(np.array([0, 2])) == pytest.approx([0.0, 3.0], abs=1e-9)
 
 
-@needs_adders
 def test_positions_out_of_range_and_of_the_wrong_kind(lp):
     p, (x, _, _), (c1, _, _) = lp
     for getter, bad in ((p.getSlack, -1), (p.getSlack, 3), (p.getRCost, 3), (p.getDual, 2**70),
@@ -231,7 +223,6 @@ def test_positions_out_of_range_and_of_the_wrong_kind(lp):
         p.getSlack("no such row")
 
 
-@needs_adders
 def test_results_after_the_model_changes_are_refused(lp):
     p, _, _ = lp
     p.addVariable(z.var(name="late"))
@@ -250,7 +241,6 @@ def test_getters_on_a_released_problem():
 
 # --- a MIP has values and slacks but no duals or reduced costs ----------------
 
-@needs_adders
 def test_mip_results_and_refused_duals():
     a, b, c = (z.var(name=n, vartype=z.binary) for n in "abc")
     p = z.problem()
