@@ -256,3 +256,27 @@ inline void build_feature_model(ZRVSprob prob) {
 inline void collect_warnings(ZRVSprob, void *data, const char *msg, int, int msgtype) {
   if (msg && msgtype == ZRVS_MSG_WARNING) static_cast<std::string *>(data)->append(msg).append("\n");
 }
+
+// A malformed file for a read test and what its error must say.
+struct BadFile {
+  const char *text, *expected;
+};
+
+// Reads each bad file into prob: every read fails with an error naming the
+// file and the fault, and prob keeps the model it had (snapshot before).
+template <size_t N>
+void expect_bad_files_refused(ZRVSprob prob, const TempDir &dir, const char *filename,
+                              const char *options, const BadFile (&cases)[N],
+                              const ModelSnapshot &before) {
+  for (const BadFile &c : cases) {
+    SCOPED_TRACE(c.text);
+    std::string file = dir.file(filename);
+    write_text(file, c.text);
+    EXPECT_NE(ZRVSreadprob(prob, file.c_str(), options), 0);
+    char error[ZRVS_MAXMESSAGELENGTH];
+    EXPECT_EQ(ZRVSgetlasterror(prob, error), 0);
+    EXPECT_NE(std::string(error).find("file '" + file + "'"), std::string::npos) << error;
+    EXPECT_NE(std::string(error).find(c.expected), std::string::npos) << error;
+    expect_same_model(before, snapshot(prob), true, c.expected);
+  }
+}

@@ -135,9 +135,7 @@ TEST_F(LpFormatTest, IllegalNamesAreReplacedWithAWarning) {
 TEST_F(LpFormatTest, BadFilesFailWithFileAndLineAndLeaveTheProblemAsItWas) {
   build_feature_model(prob);
   ModelSnapshot before = snapshot(prob);
-  struct Case {
-    const char *text, *expected;
-  } cases[] = {
+  const BadFile cases[] = {
       {"Subject To\n c: x <= 1\nEnd\n", "line 1: the file must start with Minimize or Maximize"},
       {"Minimize\n obj: x\nSubject To\n c: x + y\nEnd\n", "line 5: a comparison expected"},
       {"Minimize\n obj: x\nSubject To\n c: x <= y\nEnd\n", "line 4: a right-hand side expected"},
@@ -150,16 +148,7 @@ TEST_F(LpFormatTest, BadFilesFailWithFileAndLineAndLeaveTheProblemAsItWas) {
       {"Minimize\n obj: x # y\nEnd\n", "line 2: unexpected"},
       {"Minimize\n obj: x\nSOS\n s: S3:: x:1\nEnd\n", "line 4: a set starts with 'S1::' or 'S2::'"},
   };
-  for (const Case &c : cases) {
-    SCOPED_TRACE(c.text);
-    std::string file = dir.file("bad.lp");
-    write_text(file, c.text);
-    EXPECT_NE(ZRVSreadprob(prob, file.c_str(), ""), 0);
-    std::string error = last_error();
-    EXPECT_NE(error.find("file '" + file + "'"), std::string::npos) << error;
-    EXPECT_NE(error.find(c.expected), std::string::npos) << error;
-    expect_same_model(before, snapshot(prob), true, c.expected);
-  }
+  expect_bad_files_refused(prob, dir, "bad.lp", "", cases, before);
 }
 
 }  // namespace

@@ -220,9 +220,7 @@ TEST_F(MpsTest, NamesTheFormatCannotHoldAreReplacedWithAWarning) {
 TEST_F(MpsTest, BadFilesFailWithFileAndLineAndLeaveTheProblemAsItWas) {
   build_feature_model(prob);
   ModelSnapshot before = snapshot(prob);
-  struct Case {
-    const char *text, *expected;
-  } cases[] = {
+  const BadFile cases[] = {
       {"NAME x\nROWS\n N obj\n Q r\nENDATA\n", "line 4: row type 'Q'"},
       {"NAME x\nROWS\n N obj\nCOLUMNS\n    x  nowhere  1\nENDATA\n", "line 5: unknown row 'nowhere'"},
       {"NAME x\nROWS\n N obj\nCOLUMNS\n    x  obj  1.2.3\nENDATA\n", "line 5: coefficient '1.2.3' is not a number"},
@@ -235,16 +233,7 @@ TEST_F(MpsTest, BadFilesFailWithFileAndLineAndLeaveTheProblemAsItWas) {
       {"NAME x\nROWS\n N obj\nCOLUMNS\n    x  obj  1\nSOS\n S1 SOS s\n    x  1\n    x  2\nENDATA\n", "line 9: column 'x' is twice in one set"},
       {"NAME x\nOBJSENSE\n    SIDEWAYS\nENDATA\n", "line 3: objective sense 'SIDEWAYS'"},
   };
-  for (const Case &c : cases) {
-    SCOPED_TRACE(c.text);
-    std::string file = dir.file("bad.mps");
-    write_text(file, c.text);
-    EXPECT_NE(ZRVSreadprob(prob, file.c_str(), ""), 0);
-    std::string error = last_error();
-    EXPECT_NE(error.find("file '" + file + "'"), std::string::npos) << error;
-    EXPECT_NE(error.find(c.expected), std::string::npos) << error;
-    expect_same_model(before, snapshot(prob), true, c.expected);
-  }
+  expect_bad_files_refused(prob, dir, "bad.mps", "", cases, before);
 }
 
 TEST_F(MpsTest, MissingFilesUnknownFormatsAndUnwritablePathsFailClearly) {

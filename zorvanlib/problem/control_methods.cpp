@@ -19,7 +19,7 @@ namespace {
 // index stays -1 when the keyword is absent or None; otherwise it is the
 // value, clamped to [-2, INT32_MAX]. Returns 0 or -1.
 int ParseIndexKeyword(PyObject *kwds, const char *keyword, const char *method,
-                      long long &index) {
+                      PyObject *negative_error, const char *negative_text, long long &index) {
   index = -1;
   if (!kwds) return 0;
   const char *keywords[] = {keyword, nullptr};
@@ -42,8 +42,11 @@ int ParseIndexKeyword(PyObject *kwds, const char *keyword, const char *method,
   if (index == -1 && PyErr_Occurred()) return -1;
   // Far beyond any objective or solve: the engine refuses it by its own rule.
   if (overflow > 0 || index > INT32_MAX) index = INT32_MAX;
-  // Every negative value is refused alike; -2 keeps it apart from "absent".
-  if (overflow < 0 || index < 0) index = -2;
+  // Every negative value is refused alike.
+  if (overflow < 0 || index < 0) {
+    PyErr_SetString(negative_error, negative_text);
+    return -1;
+  }
   return 0;
 }
 
@@ -256,11 +259,9 @@ PyObject *ProblemGetControl(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (NotInitialized(p)) return nullptr;
   long long objidx;
-  if (ParseIndexKeyword(kwds, "objidx", "getControl", objidx) < 0) return nullptr;
-  if (objidx == -2) {
-    PyErr_SetString(ModelError, "Invalid objective index");
+  if (ParseIndexKeyword(kwds, "objidx", "getControl", ModelError, "Invalid objective index",
+                        objidx) < 0)
     return nullptr;
-  }
   if (objidx >= 0) return GetObjValues(p, args, static_cast<int>(objidx));
   return GetValues(p, args, ControlDict, true, -1);
 }
@@ -269,11 +270,9 @@ PyObject *ProblemGetAttrib(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (NotInitialized(p)) return nullptr;
   long long solveidx;
-  if (ParseIndexKeyword(kwds, "solveidx", "getAttrib", solveidx) < 0) return nullptr;
-  if (solveidx == -2) {
-    PyErr_SetString(InterfaceError, "Invalid solve index");
+  if (ParseIndexKeyword(kwds, "solveidx", "getAttrib", InterfaceError, "Invalid solve index",
+                        solveidx) < 0)
     return nullptr;
-  }
   return GetValues(p, args, AttributeDict, false, static_cast<int>(solveidx));
 }
 
@@ -281,11 +280,9 @@ PyObject *ProblemSetControl(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (NotInitialized(p)) return nullptr;
   long long objidx;
-  if (ParseIndexKeyword(kwds, "objidx", "setControl", objidx) < 0) return nullptr;
-  if (objidx == -2) {
-    PyErr_SetString(ModelError, "Invalid objective index");
+  if (ParseIndexKeyword(kwds, "objidx", "setControl", ModelError, "Invalid objective index",
+                        objidx) < 0)
     return nullptr;
-  }
   Py_ssize_t n = PyTuple_GET_SIZE(args);
   if (n == 0) {
     PyErr_SetString(ModelError,
