@@ -80,6 +80,20 @@ PyObject *RequestKeys(PyObject *args, PyObject *error, const char *bad_request) 
   return list;
 }
 
+// An engine identifier given as a Python integer; beyond 32 bits it cannot
+// name anything.
+int IdentifierOf(PyObject *key, int &id) {
+  int overflow = 0;
+  long v = PyLong_AsLongAndOverflow(key, &overflow);
+  if (v == -1 && PyErr_Occurred()) return -1;
+  if (overflow || v < INT32_MIN || v > INT32_MAX) {
+    PyErr_Format(InterfaceError, "Unknown control ID %R", key);
+    return -1;
+  }
+  id = static_cast<int>(v);
+  return 0;
+}
+
 // Resolves every key of a request on the main engine or the nonlinear one:
 // integers through the engine's catalogue, names through table. A name not
 // in the table stays unresolved (found false). Returns 0 or -1.
@@ -93,17 +107,9 @@ int Resolve(PyObject *keys, PyObject *table, bool is_control, Items &out) {
     out.items.emplace_back();
     Item &item = out.items.back();
     if (PyLong_Check(key)) {
-      int overflow = 0;
-      long v = PyLong_AsLongAndOverflow(key, &overflow);
-      if (v == -1 && PyErr_Occurred()) return -1;
-      if (overflow || v < INT32_MIN || v > INT32_MAX) {
-        PyErr_Format(InterfaceError, "Unknown control ID %R", key);
-        return -1;
-      }
-      item.id = static_cast<int>(v);
-      if (KindOfIdentifier(item.id, item.kind) < 0) return -1;
+      if (IdentifierOf(key, item.id) < 0 || KindOfIdentifier(item.id, item.kind) < 0) return -1;
       item.found = true;
-      if (!(item.key = PyLong_FromLong(v))) return -1;
+      if (!(item.key = PyLong_FromLong(item.id))) return -1;
       continue;
     }
     int rc = NormaliseName(key, names[static_cast<size_t>(i)]);
@@ -214,17 +220,8 @@ PyObject *GetObjValues(ProblemObject *p, PyObject *args, int objidx) {
 // The key of a setting: an engine identifier or a control name.
 int ResolveSetting(PyObject *key, int &id, int &kind, int &source) {
   source = kMain;
-  if (PyLong_Check(key)) {
-    int overflow = 0;
-    long v = PyLong_AsLongAndOverflow(key, &overflow);
-    if (v == -1 && PyErr_Occurred()) return -1;
-    if (overflow || v < INT32_MIN || v > INT32_MAX) {
-      PyErr_Format(InterfaceError, "Unknown control ID %R", key);
-      return -1;
-    }
-    id = static_cast<int>(v);
-    return KindOfIdentifier(id, kind);
-  }
+  if (PyLong_Check(key))
+    return IdentifierOf(key, id) < 0 ? -1 : KindOfIdentifier(id, kind);
   std::string name;
   int rc = NormaliseName(key, name);
   if (rc == -2) PyErr_SetString(InterfaceError, "Control name cannot be interpreted as string");
