@@ -144,6 +144,8 @@ TEST_F(LpFormatTest, BadFilesFailWithFileAndLineAndLeaveTheProblemAsItWas) {
       {"Minimize\n obj: x\nSubject To\n c: 5 <= x <= 1\nEnd\n", "line 4: the range of row 'c' is empty"},
       {"Minimize\n obj: x\nSubject To\n c: x = 1 -> x <= 1\nEnd\n", "not binary"},
       {"Minimize\n obj: x\nSubject To\n c: x = 2 -> x <= 1\nEnd\n", "line 4: an indicator value must be 0 or 1"},
+      {"Minimize\n obj: x\nSubject To\n c: b = 1 -> x + [ x ^ 2 ] <= 1\nBinary\n b\nEnd\n",
+       "line 4: an indicator constraint cannot be quadratic"},
       {"Minimize\n obj: x\nSubject To\n c: x <= 1\n", "the file ends without 'End'"},
       {"Minimize\n obj: x # y\nEnd\n", "line 2: unexpected"},
       {"Minimize\n obj: x\nSOS\n s: S3:: x:1\nEnd\n", "line 4: a set starts with 'S1::' or 'S2::'"},

@@ -54,6 +54,20 @@ FileChoice choose_file_format(const std::string &filename, const char *flags, co
   return choice;
 }
 
+void check_read_indicators(const Model &m, const char *who, const std::string &display) {
+  for (int i = 0; i < m.rows(); ++i) {
+    int j = m.indcol[i];
+    if (j < 0) continue;
+    bool binary = m.coltype[j] == 'B' || (m.coltype[j] == 'I' && m.lb[j] >= 0.0 && m.ub[j] <= 1.0);
+    if (!binary)
+      fail(ZRVS_ERR_FILE, "%s: file '%s': the indicator column '%s' of row '%s' is not binary",
+           who, display.c_str(), m.colnames.get(j).c_str(), m.rownames.get(i).c_str());
+    if (m.qrows.count(i))
+      fail(ZRVS_ERR_FILE, "%s: file '%s': row '%s' is an indicator row with a quadratic part", who,
+           display.c_str(), m.rownames.get(i).c_str());
+  }
+}
+
 void check_writable(const Model &m, const char *who) {
   if (m.objectives.size() > 1)
     fail(ZRVS_ERR_UNSUPPORTED,

@@ -29,6 +29,11 @@ Model read_mps(const std::string &text, bool fixed, const std::string &display, 
 Model read_lp(const std::string &text, const std::string &display, const char *who,
               std::vector<std::string> &warnings);
 
+// Checks the indicator rows of a model read from a file: each indicator
+// column is binary and no indicator row has a quadratic part. Throws
+// Error(ZRVS_ERR_FILE) naming the file, the row and the column.
+void check_read_indicators(const Model &m, const char *who, const std::string &display);
+
 class FileWriter;
 // Writers write the model; they throw Error(ZRVS_ERR_UNSUPPORTED) for what
 // the format cannot hold and add a warning for every kind of name that had

@@ -616,15 +616,7 @@ Model LpReader::read() {
       m_.coltype[j] = 'I';
     }
   }
-  for (int i = 0; i < m_.rows(); ++i) {
-    int j = m_.indcol[i];
-    if (j < 0) continue;
-    bool binary = m_.coltype[j] == 'B' ||
-                  (m_.coltype[j] == 'I' && m_.lb[j] >= 0.0 && m_.ub[j] <= 1.0);
-    if (!binary)
-      fail(ZRVS_ERR_FILE, "%s: file '%s': the indicator column '%s' of row '%s' is not binary",
-           who_, display_.c_str(), m_.colnames.get(j).c_str(), m_.rownames.get(i).c_str());
-  }
+  check_read_indicators(m_, who_, display_);
   (void)warnings_;
   return std::move(m_);
 }

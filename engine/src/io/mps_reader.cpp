@@ -538,18 +538,7 @@ void MpsReader::finish() {
     ++n;
   }
   m_.mrow.resize(n), m_.mcol.resize(n), m_.mval.resize(n);
-  for (int i = 0; i < m_.rows(); ++i) {
-    int j = m_.indcol[i];
-    if (j < 0) continue;
-    bool binary = m_.coltype[j] == 'B' ||
-                  (m_.coltype[j] == 'I' && m_.lb[j] >= 0.0 && m_.ub[j] <= 1.0);
-    if (!binary)
-      fail(ZRVS_ERR_FILE, "%s: file '%s': the indicator column '%s' of row '%s' is not binary",
-           who_, display_.c_str(), m_.colnames.get(j).c_str(), m_.rownames.get(i).c_str());
-    if (m_.qrows.count(i))
-      fail(ZRVS_ERR_FILE, "%s: file '%s': row '%s' is an indicator row with a quadratic part",
-           who_, display_.c_str(), m_.rownames.get(i).c_str());
-  }
+  check_read_indicators(m_, who_, display_);
 }
 
 Model MpsReader::read() {
