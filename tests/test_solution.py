@@ -190,6 +190,7 @@ def test_slacks_duals_and_reduced_costs(lp):
     assert p.getSlack(1) == pytest.approx(8.0)
     assert rounded(p.getSlack([c1, "c2"], (2,))) == [[0.0, 8.0], (0.0,)]
     assert p.getSlack(c for c in (c2, c2)) == pytest.approx([8.0, 8.0])
+    assert rounded(p.getSlack({"b": c2, 0: [c1, "c2"]})) == {"b": 8.0, 0: [0.0, 8.0]}
     assert p.getDual() == pytest.approx([2.0, 0.0, 1.0], abs=1e-9)
     assert p.getDual(c3) == pytest.approx(1.0)
     assert p.getDual("c1", 2) == pytest.approx([2.0, 1.0], abs=1e-9)

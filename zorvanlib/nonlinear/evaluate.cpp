@@ -10,6 +10,7 @@
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
+#include "module/containers.h"
 #include "module/errors.h"
 #include "module/globals.h"
 #include "module/help.h"
@@ -391,27 +392,8 @@ PyObject *Evaluate(PyObject *o, const EvalPoint &pt, int depth) {
     }
     return result;
   }
-  if (PyDict_Check(o)) {
-    PyObject *result = PyDict_New();
-    PyObject *items = result ? PyDict_Items(o) : nullptr;
-    if (!items) {
-      Py_XDECREF(result);
-      return nullptr;
-    }
-    for (Py_ssize_t i = 0; i < PyList_GET_SIZE(items); ++i) {
-      PyObject *pair = PyList_GET_ITEM(items, i);
-      PyObject *v = Evaluate(PyTuple_GET_ITEM(pair, 1), pt, depth - 1);
-      if (!v || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), v) < 0) {
-        Py_XDECREF(v);
-        Py_DECREF(items);
-        Py_DECREF(result);
-        return nullptr;
-      }
-      Py_DECREF(v);
-    }
-    Py_DECREF(items);
-    return result;
-  }
+  if (PyDict_Check(o))
+    return MapDictValues(o, [&](PyObject *item) { return Evaluate(item, pt, depth - 1); });
   if (IsNumpyArray(o)) return EvaluateArray(o, pt);
   if (PySequence_Check(o)) {
     PyErr_SetString(ModelError, "Cannot evaluate type of sequence");

@@ -6,6 +6,7 @@
 #include "bindings/convert.h"
 #include "model/constraint.h"
 #include "model/var.h"
+#include "module/containers.h"
 #include "module/errors.h"
 #include "module/globals.h"
 #include "module/help.h"
@@ -128,27 +129,8 @@ PyObject *Walk(ProblemObject *p, PyObject *o, Vector which, const std::vector<do
     PyErr_SetString(ModelError, "Sequences of indices are nested too deeply");
     return nullptr;
   }
-  if (PyDict_Check(o)) {
-    PyObject *result = PyDict_New();
-    PyObject *items = result ? PyDict_Items(o) : nullptr;
-    if (!items) {
-      Py_XDECREF(result);
-      return nullptr;
-    }
-    for (Py_ssize_t i = 0; i < PyList_GET_SIZE(items); ++i) {
-      PyObject *pair = PyList_GET_ITEM(items, i);
-      PyObject *value = Walk(p, PyTuple_GET_ITEM(pair, 1), which, v, depth - 1);
-      if (!value || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), value) < 0) {
-        Py_XDECREF(value);
-        Py_DECREF(items);
-        Py_DECREF(result);
-        return nullptr;
-      }
-      Py_DECREF(value);
-    }
-    Py_DECREF(items);
-    return result;
-  }
+  if (PyDict_Check(o))
+    return MapDictValues(o, [&](PyObject *item) { return Walk(p, item, which, v, depth - 1); });
   const bool tuple = PyTuple_Check(o);
   PyObject *items = PySequence_List(o);  // also drains an iterator
   if (!items) return nullptr;
