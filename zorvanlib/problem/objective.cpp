@@ -277,6 +277,8 @@ int ParseSense(PyObject *sense, int *out) {
   return -1;
 }
 
+}  // namespace
+
 int SetSense(ProblemObject *p, int sense) {
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
@@ -287,8 +289,6 @@ int SetSense(ProblemObject *p, int sense) {
   Py_END_ALLOW_THREADS
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
-
-}  // namespace
 
 int SetObjectiveAt(ProblemObject *p, PyObject *expr, int k) {
   Objective obj;

@@ -14,6 +14,10 @@ namespace zrv {
 // adds one. Nothing changes when the expression is refused. 0 or -1.
 int SetObjectiveAt(ProblemObject *p, PyObject *expr, int k);
 
+// Sets the optimisation sense (1 minimise, -1 maximise) of the problem and
+// of its nonlinear side. 0 or -1.
+int SetSense(ProblemObject *p, int sense);
+
 PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds);
 PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds);
 

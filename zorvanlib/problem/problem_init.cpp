@@ -11,6 +11,7 @@
 #include "module/types.h"
 #include "problem/add_objects.h"
 #include "problem/control.h"
+#include "problem/objective.h"
 
 namespace zrv {
 
@@ -65,17 +66,6 @@ int Classify(PyObject *arg, Declaration &d) {
     }
   }
   return 0;
-}
-
-int SetObjectiveSense(ProblemObject *p, long sense) {
-  ZRVSprob prob = p->prob;
-  ZSLPprob slp = p->slpprob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobjsense(prob, sense == 1 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE);
-  if (rc == 0 && slp) rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, sense == 1 ? 1.0 : -1.0);
-  Py_END_ALLOW_THREADS
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
 }  // namespace
@@ -170,7 +160,7 @@ int InitializeProblem(ProblemObject *p, PyObject *args, PyObject *kwds) {
   }
   if (rc == 0) rc = RegisterMessageCallbacks(p);
   if (rc == 0) rc = ApplyUserDefaults(p);
-  if (rc == 0) rc = SetObjectiveSense(p, sense);
+  if (rc == 0) rc = SetSense(p, static_cast<int>(sense));
   if (rc == 0 && args) rc = ProcessDeclaration(p, args);
   if (rc < 0) {
     PyObject *type, *value, *traceback;
