@@ -115,6 +115,58 @@ class TestControlsChangeTheSolve:
         assert p.attributes.mipstatus in (MIP_SOLUTION, MIP_OPTIMAL)
         assert p.attributes.nodes < 200
 
+    def test_symmetry_handling_prunes_identical_bins(self):
+        # Six identical bins: without symmetry handling the search visits
+        # the same packings in every order of the bins.
+        items = [40, 40, 40, 35, 35, 35, 30, 30]
+        nodes = {}
+        for symmetry in (1, 0):
+            p = zorvan.problem("bins")
+            p.setControl({"outputlog": 0, "threads": 1, "symmetry": symmetry})
+            used = [zorvan.var(vartype=zorvan.binary) for _ in range(6)]
+            put = [[zorvan.var(vartype=zorvan.binary) for _ in range(6)] for _ in items]
+            p.addVariable(used, put)
+            p.addConstraint(zorvan.Sum(row) == 1 for row in put)
+            p.addConstraint(zorvan.Dot(items, [row[b] for row in put]) <= 100 * used[b]
+                            for b in range(6))
+            p.setObjective(zorvan.Sum(used))
+            p.optimize()
+            assert p.getObjVal() == pytest.approx(4)
+            nodes[symmetry] = p.attributes.nodes
+        assert nodes[1] < nodes[0]
+
+    def test_heuristic_emphasis_changes_the_search(self):
+        paths = set()
+        for emphasis in (0.0, 1.0):
+            p = market_split(seed=2, m=2, n=18)
+            p.setControl({"threads": 1, "heuremphasis": emphasis})
+            p.optimize()
+            assert p.getObjVal() == pytest.approx(0, abs=1e-6)
+            paths.add((p.attributes.nodes, p.attributes.simplexiter))
+        assert len(paths) == 2
+
+    def test_scaling_changes_the_simplex_path(self):
+        rng = random.Random(1)
+        rows = []
+        for _ in range(60):
+            scale = 10.0 ** rng.randint(-4, 4)
+            rows.append((scale, [(j, scale * rng.randint(1, 9)) for j in range(60)
+                                 if rng.random() < 0.3]))
+        cost = [10.0 ** rng.randint(-3, 3) for _ in range(60)]
+        results = {}
+        for scaling in (1, 0):
+            p = zorvan.problem("scaled")
+            p.setControl({"outputlog": 0, "presolve": 0, "scaling": scaling})
+            x = [zorvan.var() for _ in range(60)]
+            p.addVariable(x)
+            p.addConstraint(zorvan.Sum(a * x[j] for j, a in terms) <= 100 * scale
+                            for scale, terms in rows)
+            p.setObjective(zorvan.Dot(cost, x), sense=zorvan.maximize)
+            p.optimize()
+            results[scaling] = (p.getObjVal(), p.attributes.simplexiter)
+        assert results[1][0] == pytest.approx(results[0][0], rel=1e-9)
+        assert results[1][1] != results[0][1]
+
     def test_output_log_switches_the_log(self, knapsack, capfd):
         p = knapsack[0]
         p.controls.outputlog = 1

@@ -1,6 +1,7 @@
 // The MIP cutoff, the integer solution limit, the barrier iteration limit,
 // the barrier convergence tolerance and crossover: each observed through a
-// solve whose outcome it changes.
+// solve whose outcome it changes. (Heuristic emphasis, symmetry handling and
+// scaling are observed through solves in the Python tests.)
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -50,7 +51,10 @@ TEST_F(MoreControls, CatalogueEntries) {
                   {"bargapstop", ZRVS_BARGAPSTOP, ZRVS_TYPE_DOUBLE},
                   {"bariterlimit", ZRVS_BARITERLIMIT, ZRVS_TYPE_INT},
                   {"maxmipsol", ZRVS_MAXMIPSOL, ZRVS_TYPE_INT},
-                  {"crossover", ZRVS_CROSSOVER, ZRVS_TYPE_INT}};
+                  {"crossover", ZRVS_CROSSOVER, ZRVS_TYPE_INT},
+                  {"heuremphasis", ZRVS_HEUREMPHASIS, ZRVS_TYPE_DOUBLE},
+                  {"symmetry", ZRVS_SYMMETRY, ZRVS_TYPE_INT},
+                  {"scaling", ZRVS_SCALING, ZRVS_TYPE_INT}};
   const int *ids = nullptr, *flags = nullptr;
   ASSERT_EQ(ZRVSgetcalist_d(&ids, &flags), 0);
   for (const Expected &e : expected) {
@@ -75,6 +79,9 @@ TEST_F(MoreControls, CatalogueEntries) {
   expect_failure(ZRVSsetintcontrol(prob, ZRVS_CROSSOVER, 2), "crossover");
   expect_failure(ZRVSsetintcontrol(prob, ZRVS_MAXMIPSOL, -1), "maxmipsol");
   expect_failure(ZRVSsetdblcontrol(prob, ZRVS_BARGAPSTOP, 0.0), "bargapstop");
+  expect_failure(ZRVSsetdblcontrol(prob, ZRVS_HEUREMPHASIS, 1.5), "heuremphasis");
+  expect_failure(ZRVSsetintcontrol(prob, ZRVS_SYMMETRY, -1), "symmetry");
+  expect_failure(ZRVSsetintcontrol(prob, ZRVS_SCALING, 3), "scaling");
   ASSERT_EQ(ZRVSgetdblcontrol(prob, ZRVS_BARGAPSTOP, &d), 0);
   EXPECT_EQ(d, 1e-8);
 }

@@ -126,6 +126,9 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_BARITERLIMIT 8006 /* barrier iteration limit (lpiterlimit applies too) */
 #define ZRVS_MAXMIPSOL 8007    /* stop after this many improving integer solutions; 0: no limit */
 #define ZRVS_CROSSOVER 8008    /* 1: a barrier solution is crossed over to a vertex; 0: not */
+#define ZRVS_HEUREMPHASIS 7008 /* share of MIP effort spent in primal heuristics, 0 to 1 */
+#define ZRVS_SYMMETRY 8009     /* 1: MIP symmetry detection and handling; 0: none */
+#define ZRVS_SCALING 8010      /* 1: the simplex method scales the matrix; 0: it does not */
 /* String controls */
 #define ZRVS_OUTPUTPREFIX 8901 /* text put before every message line */
 

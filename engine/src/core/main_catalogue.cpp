@@ -60,6 +60,9 @@ std::vector<CatalogueEntry> build() {
       int_control(ZRVS_BARITERLIMIT, "bariterlimit", kIntMax, 0, kIntMax),
       int_control(ZRVS_MAXMIPSOL, "maxmipsol", 0, 0, kIntMax),
       int_control(ZRVS_CROSSOVER, "crossover", 1, 0, 1),
+      dbl_control(ZRVS_HEUREMPHASIS, "heuremphasis", 0.05, 0.0, 1.0),
+      int_control(ZRVS_SYMMETRY, "symmetry", 1, 0, 1),
+      int_control(ZRVS_SCALING, "scaling", 1, 0, 1),
       // Attributes.
       attribute(ZRVS_ROWS, "rows", V::integer),
       attribute(ZRVS_SETS, "sets", V::integer),

@@ -38,6 +38,13 @@ void apply_more_controls(void *h, const zrvs_problem &p) {
   check(Highs_setIntOptionValue(h, "mip_max_improving_sols",
                                 maxsol > 0 ? static_cast<HighsInt>(maxsol) : INT_MAX),
         "mip_max_improving_sols");
+  check(Highs_setDoubleOptionValue(h, "mip_heuristic_effort", c.get_dbl(ZRVS_HEUREMPHASIS, who)),
+        "mip_heuristic_effort");
+  check(Highs_setBoolOptionValue(h, "mip_detect_symmetry", c.get_int(ZRVS_SYMMETRY, who) != 0),
+        "mip_detect_symmetry");
+  // HiGHS's default scaling (2: equilibration) or none (0).
+  check(Highs_setIntOptionValue(h, "simplex_scale_strategy", c.get_int(ZRVS_SCALING, who) ? 2 : 0),
+        "simplex_scale_strategy");
 }
 
 void add_cutoff_row(void *h, const zrvs_problem &p, const std::vector<double> &cost,
