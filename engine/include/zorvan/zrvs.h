@@ -157,6 +157,15 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_LP_CUTOFF_IN_DUAL 6
 #define ZRVS_LP_UNSOLVED 7
 #define ZRVS_LP_NONCONVEX 8
+/* Basis statuses (ZRVSgetbasis, ZRVSloadbasis). A column is nonbasic at its
+ * lower or upper bound, basic, or superbasic (nonbasic between its bounds,
+ * for free columns at zero). A row is described by its slack: nonbasic at
+ * lower means the row is at its right-hand side (for 'R' rows at rhs, and
+ * nonbasic at upper at rhs - range); 'N' rows are basic. */
+#define ZRVS_BASIS_NONBASIC_LOWER 0
+#define ZRVS_BASIS_BASIC 1
+#define ZRVS_BASIS_NONBASIC_UPPER 2
+#define ZRVS_BASIS_SUPERBASIC 3
 /* Values of ZRVS_MIPSTATUS */
 #define ZRVS_MIP_NOT_LOADED 0
 #define ZRVS_MIP_LP_NOT_OPTIMAL 1
@@ -557,6 +566,17 @@ ZRVS_API int ZRVSgetlpsol(ZRVSprob prob, double x[], double slack[], double dual
                           double djs[]);
 /* The best integer solution of the last MIP solve: values and slacks. */
 ZRVS_API int ZRVSgetmipsol(ZRVSprob prob, double x[], double slack[]);
+
+/* The basis that the next LP solve starts from: the optimal basis of the
+ * last LP solve, or one loaded with ZRVSloadbasis (rstatus: one entry per
+ * row, cstatus: one per column, ZRVS_BASIS_* values; either may be NULL).
+ * Fails when there is none, or rows or columns were added since. Deleting
+ * rows or columns drops the basis. */
+ZRVS_API int ZRVSgetbasis(ZRVSprob prob, int rstatus[], int cstatus[]);
+/* Makes the next LP solve start from the given basis: as many basic
+ * entries as rows, bounds consistent with the statuses. Later LP solves
+ * start from the basis of the solve before them (a warm start). */
+ZRVS_API int ZRVSloadbasis(ZRVSprob prob, const int rstatus[], const int cstatus[]);
 
 /* Per-objective results of the last solve. objidx is the objective index;
  * ZRVS_LPOBJVAL and ZRVS_MIPOBJVAL give that objective's value at the

@@ -104,6 +104,7 @@ void Model::append_rows(int n) {
 }
 
 void Model::delete_columns(const std::vector<char> &del) {
+  basis_col.clear(), basis_row.clear();
   std::vector<int> map = renumbering(del);
   size_t n = 0;
   for (size_t e = 0; e < mval.size(); ++e) {
@@ -143,6 +144,7 @@ void Model::delete_columns(const std::vector<char> &del) {
 }
 
 void Model::delete_rows(const std::vector<char> &del) {
+  basis_col.clear(), basis_row.clear();
   std::vector<int> map = renumbering(del);
   size_t n = 0;
   for (size_t e = 0; e < mval.size(); ++e) {

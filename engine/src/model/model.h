@@ -112,6 +112,12 @@ struct Model {
   // enforced at column value 1, -1 when at value 0.
   std::vector<int> indcol, indflag;
 
+  // A simplex basis (ZRVS_BASIS_* statuses by column and by row) that the
+  // next LP solve starts from: the basis of the last LP solve or one loaded
+  // by the user. Columns and rows appended since keep no entry; deleting
+  // columns or rows drops the basis.
+  std::vector<int> basis_col, basis_row;
+
   int cols() const { return static_cast<int>(lb.size()); }
   int rows() const { return static_cast<int>(rowtype.size()); }
   int sets() const { return static_cast<int>(settype.size()); }

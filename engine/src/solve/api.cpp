@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "model/checks.h"
+#include "solve/basis.h"
 #include "solve/solve.h"
 
 using namespace zorvan;
@@ -69,6 +70,30 @@ int ZRVSgetlpsol(ZRVSprob prob, double x[], double slack[], double duals[], doub
     copy_out(r.slack, slack);
     copy_out(r.duals, duals);
     copy_out(r.djs, djs);
+  });
+}
+
+int ZRVSgetbasis(ZRVSprob prob, int rstatus[], int cstatus[]) {
+  const char *who = "ZRVSgetbasis";
+  return problem_call(prob, who, [&](zrvs_problem &p) {
+    const Model &m = p.model;
+    if (m.basis_col.empty() && m.basis_row.empty())
+      fail(ZRVS_ERR_ARGUMENT,
+           "%s: no basis is available (solve the problem as an LP or load a basis first; "
+           "deleting rows or columns drops the basis)",
+           who);
+    if (m.basis_col.size() != static_cast<size_t>(m.cols()) ||
+        m.basis_row.size() != static_cast<size_t>(m.rows()))
+      fail(ZRVS_ERR_ARGUMENT,
+           "%s: rows or columns were added since the basis was made; solve again first", who);
+    if (rstatus) std::copy(m.basis_row.begin(), m.basis_row.end(), rstatus);
+    if (cstatus) std::copy(m.basis_col.begin(), m.basis_col.end(), cstatus);
+  });
+}
+
+int ZRVSloadbasis(ZRVSprob prob, const int rstatus[], const int cstatus[]) {
+  return problem_call(prob, "ZRVSloadbasis", [&](zrvs_problem &p) {
+    load_basis(p.model, rstatus, cstatus, "ZRVSloadbasis");
   });
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <new>
 
+#include "solve/basis.h"
 #include "solve/builder.h"
 #include "solve/more_options.h"
 #include "solve/options.h"
@@ -140,6 +141,15 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
     if (status == kHighsStatusError) fail(ZRVS_ERR_INTERNAL, "%s: HiGHS rejected the model", who);
   }
   add_cutoff_row(h, p, m.objectives[0].coef, m.objectives[0].constant, mip);
+  // A continuous LP starts from the basis the problem keeps (the last LP
+  // solve's, or the user's); the barrier does not use one.
+  const bool keeps_basis = stages.size() == 1 && basis_applies(m, build, mip);
+  const bool barrier = algorithm == 'b' ||
+                       (!algorithm && p.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
+  std::vector<HighsInt> col_status, row_status;
+  if (keeps_basis && !barrier && start_basis(m, build.lp, col_status, row_status) &&
+      Highs_setBasis(h, col_status.data(), row_status.data()) == kHighsStatusError)
+    p.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch");
 
   for (size_t s = 0; s < stages.size(); ++s) {
     const Stage &stage = stages[s];
@@ -187,6 +197,14 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
   res.bestbound = last.bestbound;
   if (mip) Highs_getDoubleInfoValue(h, "mip_gap", &res.mipgap);
   record_solution(h, m, mip, res);
+  HighsInt basis_validity = 0;
+  Highs_getIntInfoValue(h, "basis_validity", &basis_validity);
+  if (keeps_basis && basis_validity == kHighsBasisValidityValid) {
+    col_status.resize(static_cast<size_t>(m.cols()));
+    row_status.resize(static_cast<size_t>(m.rows()));
+    if (Highs_getBasis(h, col_status.data(), row_status.data()) != kHighsStatusError)
+      store_basis(p.model, col_status, row_status);
+  }
   res.solvetime = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   p.message(ZRVS_MSG_INFO, std::string(mip ? "MIP" : m.qobj.empty() ? "LP" : "QP") +
                                " solve " + status_text(res, mip) + ", objective " +
