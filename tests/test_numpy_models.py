@@ -1,0 +1,98 @@
+"""Models written with NumPy arrays of variables and constraints, added whole
+and solved end to end; results compared with scipy's linprog."""
+import numpy as np
+import pytest
+
+import zorvan
+
+linprog = pytest.importorskip("scipy.optimize").linprog
+sparse = pytest.importorskip("scipy.sparse")
+
+
+@pytest.fixture
+def quiet():
+    p = zorvan.problem("arrays")
+    p.controls.outputlog = 0
+    return p
+
+
+def test_transport_model_from_arrays(quiet):
+    rng = np.random.default_rng(4)
+    supply = np.array([30.0, 45.0, 25.0])
+    demand = np.array([20.0, 15.0, 35.0, 20.0])
+    cost = rng.uniform(1, 9, size=(3, 4))
+    p = quiet
+    x = zorvan.vars(3, 4, name="ship", array=True)
+    p.addVariable(x)
+    p.addConstraint(x.sum(axis=1) <= supply, x.sum(axis=0) >= demand)
+    p.setObjective((cost * x).sum())
+    assert p.optimize()[1] is zorvan.SolStatus.OPTIMAL
+
+    a_ub = np.vstack([np.kron(np.eye(3), np.ones(4)), -np.kron(np.ones(3), np.eye(4))])
+    ref = linprog(cost.ravel(), A_ub=a_ub, b_ub=np.concatenate([supply, -demand]))
+    assert p.getObjVal() == pytest.approx(ref.fun, rel=1e-9)
+    shipped = p.getSolution(x)
+    assert isinstance(shipped, np.ndarray) and shipped.shape == (3, 4)
+    assert (shipped.sum(axis=0) >= demand - 1e-7).all()
+    assert p.getSolution(x[1, 2]) == shipped[1, 2]
+
+
+@pytest.mark.parametrize("as_sparse", [False, True])
+def test_matrix_rows_from_dense_and_sparse_matrices(quiet, as_sparse):
+    rng = np.random.default_rng(11)
+    m, n = 30, 20
+    a = rng.uniform(0, 5, size=(m, n)) * (rng.random((m, n)) < 0.3)
+    b = rng.uniform(10, 20, size=m)
+    c = rng.uniform(1, 3, size=n)
+    p = quiet
+    x = zorvan.vars(n, ub=4, array=True)
+    p.addVariable(x)
+    # scipy's own @ does not take arrays of variables: zorvan.Dot does.
+    rows = (zorvan.Dot(sparse.csr_matrix(a), x) if as_sparse else a @ x) <= b
+    p.addConstraint(rows)
+    p.setObjective(zorvan.Dot(c, x), sense=zorvan.maximize)
+    p.optimize()
+    ref = linprog(-c, A_ub=a, b_ub=b, bounds=[(0, 4)] * n)
+    assert p.getObjVal() == pytest.approx(-ref.fun, rel=1e-9)
+    assert p.attributes.rows == m
+    # The rows are the array's constraints, in order.
+    assert [p.getIndex(con) for con in rows] == list(range(m))
+    assert np.allclose(p.getSlack(list(rows)), b - a @ p.getSolution(list(x)), atol=1e-7)
+
+
+class TestAddingArrays:
+    def test_any_shape_and_layout(self, quiet):
+        p = quiet
+        x = zorvan.vars(3, 4, array=True)
+        p.addVariable(x[:, ::2].T)                    # strided view, transposed
+        p.addVariable(x[:, 1::2], np.array([], dtype=object))
+        assert p.attributes.cols == 12
+        assert [p.getIndex(v) for v in x[0]] == [0, 6, 3, 7]
+        y = zorvan.var()
+        p.addVariable(np.array(y, dtype=object))      # zero-dimensional
+        assert p.getIndex(y) == 12
+        cons = np.array([[x[0, 0] <= 1, x[0, 1] <= 2], [x[1, 0] >= 0, y <= 3]])
+        p.addConstraint(cons[:, ::-1])
+        assert [p.getIndex(c) for c in cons.ravel()] == [1, 0, 3, 2]
+
+    def test_arrays_mixed_with_lists_and_deleted_as_arrays(self, quiet):
+        p = quiet
+        x = zorvan.vars(4, array=True)
+        y = [zorvan.var() for _ in range(2)]
+        p.addVariable([x[:2], y], (x[2:],))
+        assert p.attributes.cols == 6 and p.getIndex(x[2]) == 4
+        p.delVariable(x[::2])
+        assert p.attributes.cols == 4
+        assert [p.getIndex(v) for v in (x[1], y[0], y[1], x[3])] == [0, 1, 2, 3]
+
+    def test_bad_arrays_add_nothing(self, quiet):
+        p = quiet
+        x = zorvan.vars(3, array=True)
+        for bad in (np.ones(3), np.empty(2, dtype=zorvan.npvar),
+                    np.array([zorvan.var(), 1.5], dtype=object)):
+            with pytest.raises(zorvan.ModelError, match="Incorrect objects added as variables"):
+                p.addVariable(x, bad)
+            assert p.attributes.cols == 0
+        with pytest.raises(zorvan.ModelError):
+            p.addConstraint(np.array([x[0] <= 1, x[1]], dtype=object))
+        assert p.attributes.rows == 0
