@@ -6,6 +6,7 @@
 #include "module/types.h"
 #include "problem/control.h"
 #include "problem/control_methods.h"
+#include "problem/files.h"
 #include "problem/problem.h"
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
@@ -226,6 +227,8 @@ PyMethodDef ProblemMethods[] = {
     {"getSlack", ProblemGetSlack, METH_VARARGS, GetSlackDoc},
     {"getDual", ProblemGetDual, METH_VARARGS, GetDualDoc},
     {"getRCost", ProblemGetRCost, METH_VARARGS, GetRCostDoc},
+    {"read", WithKeywords(ProblemRead), METH_VARARGS | METH_KEYWORDS, ReadDoc},
+    {"write", WithKeywords(ProblemWrite), METH_VARARGS | METH_KEYWORDS, WriteDoc},
     {nullptr, nullptr, 0, nullptr},
 };
 
