@@ -264,7 +264,6 @@ def test_integer_bounds_and_set_members_survive(tmp_path, ext):
     assert columns(q)[:2] == [("i", -3.0, 7.0, z.integer), ("b", 0.0, 1.0, z.binary)]
     (pick,) = q.getSOS()
     assert str(pick) == "pick"
-    # The members of the read set are the read variables: a copy lists them.
     assert q.getIndex(pick) == 0
     assert solved_objective(q) == pytest.approx(14.5)
     sol = dict(zip((v.name for v in q.getVariable()), q.getSolution(q.getVariable())))
