@@ -84,8 +84,8 @@ int UnifiedOffset(ProblemObject *p, int *offset) {
 
 int LookUp(const IndexMap *map, uint64_t key, int32_t *index) {
   if (!map) return 0;
-  auto it = map->lower_bound(key);
-  if (it == map->end() || it->first != key) return 0;
+  auto it = map->find(key);
+  if (it == map->end()) return 0;
   *index = it->second;
   return 1;
 }
