@@ -3,6 +3,8 @@ a new problem keep their objects, names, bounds, types and optimum; external
 files read; bad files refused without touching the problem."""
 
 import os
+import shutil
+import subprocess
 
 import pytest
 
@@ -96,6 +98,7 @@ def test_written_model_reads_back_with_its_objects_and_optimum(tmp_path, ext, bu
     for old, new in zip(old_cons, new_cons):
         assert (new.lb, new.ub) == (old.lb, old.ub)
     assert [str(s) for s in q.getSOS()] == [str(s) for s in p.getSOS()]
+    assert [q.getIndex(s) for s in q.getSOS()] == list(range(len(p.getSOS())))
     assert solved_objective(q) == pytest.approx(optimum, abs=1e-6)
     assert solved_objective(p) == pytest.approx(optimum, abs=1e-6)
     # The solution reaches the read objects through the column map.
@@ -126,6 +129,20 @@ def test_external_glpk_models(name, flags, optimum):
     assert len(q.getVariable()) == ncols > 0
     assert len(q.getConstraint()) == q.attributes.rows
     assert solved_objective(q) == pytest.approx(optimum, rel=1e-6)
+
+
+def test_degenerate_glpk_model_solves_to_its_optimum_with_default_controls(tmp_path):
+    # dea is degenerate: with feasibility and optimality tolerances of 1e-6
+    # its optimum comes out 3e-5 too high.
+    model = os.path.join(GLPK_EXAMPLES, "dea.mod")
+    if not (os.path.exists(model) and shutil.which("glpsol")):
+        pytest.skip("glpsol and the glpk example models are not installed")
+    target = tmp_path / "dea.mps"
+    subprocess.run(["glpsol", "-m", model, "--check", "--wfreemps", str(target)],
+                   check=True, capture_output=True)
+    q = quiet(z.problem())
+    q.read(str(target))
+    assert solved_objective(q) == pytest.approx(59.63109337, rel=1e-6)
 
 
 def test_bad_files_are_refused_and_leave_the_problem_as_it_was(tmp_path):

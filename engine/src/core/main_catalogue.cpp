@@ -41,8 +41,8 @@ std::vector<CatalogueEntry> build() {
   using V = ValueType;
   return {
       // Controls.
-      dbl_control(ZRVS_FEASTOL, "feastol", 1e-6, 1e-10, 1e-1),
-      dbl_control(ZRVS_OPTIMALITYTOL, "optimalitytol", 1e-6, 1e-10, 1e-1),
+      dbl_control(ZRVS_FEASTOL, "feastol", 1e-7, 1e-10, 1e-1),
+      dbl_control(ZRVS_OPTIMALITYTOL, "optimalitytol", 1e-7, 1e-10, 1e-1),
       dbl_control(ZRVS_MIPABSSTOP, "mipabsstop", 1e-6, 0.0, kInf),
       dbl_control(ZRVS_MIPRELSTOP, "miprelstop", 1e-4, 0.0, 1.0),
       dbl_control(ZRVS_MIPTOL, "miptol", 1e-6, 1e-10, 0.5),
