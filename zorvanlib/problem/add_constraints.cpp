@@ -1,6 +1,7 @@
 // problem.addConstraint and problem.addIndicator: constraints become rows,
 // all rows of one call in one engine call.
-#include <cstdio>
+#include <algorithm>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -39,27 +40,76 @@ struct RowBatch {
   std::vector<double> qv;
 };
 
-int Column(ProblemObject *p, PyObject *var, int *col) {
-  int32_t index;
-  if (ObjectToIndex(var, p, &index, ElemColumn) < 0) return -1;
-  *col = index;
-  return 0;
-}
+// Columns of variables by identifier for one batch. A batch that looks up
+// many columns (a large share of the problem's) reads them from a dense
+// table indexed by identifier, built once from the column map, instead of
+// hashing every nonzero; identifiers are serial, so the table is compact.
+class ColumnLookup {
+ public:
+  explicit ColumnLookup(const IndexMap *map) : map_(map) {
+    threshold_ = map ? map->size() / 8 + 1024 : 0;
+  }
+
+  int Find(PyObject *var, uint64_t id, int *col) {
+    if (!table_.empty()) {
+      uint64_t k = id - base_;
+      if (k < table_.size() && table_[k] >= 0) {
+        *col = table_[k];
+        return 0;
+      }
+    } else if (!tried_ && ++lookups_ > threshold_) {
+      Build();
+    }
+    auto it = map_ ? map_->find(id) : IndexMap::const_iterator{};
+    if (!map_ || it == map_->end()) {
+      PyErr_Format(ModelError, "Variable %S not in problem", var);
+      return -1;
+    }
+    *col = it->second;
+    return 0;
+  }
+
+ private:
+  void Build() {
+    tried_ = true;
+    if (!map_ || map_->empty()) return;
+    uint64_t lo = UINT64_MAX, hi = 0;
+    for (const auto &kv : *map_) {
+      lo = std::min(lo, kv.first);
+      hi = std::max(hi, kv.first);
+    }
+    const uint64_t span = hi - lo + 1;
+    if (span > 4 * static_cast<uint64_t>(map_->size()) + 1024) return;
+    try {
+      table_.assign(static_cast<size_t>(span), -1);
+    } catch (const std::bad_alloc &) {
+      return;  // the hash map serves alone
+    }
+    base_ = lo;
+    for (const auto &kv : *map_) table_[static_cast<size_t>(kv.first - lo)] = kv.second;
+  }
+
+  const IndexMap *map_;
+  std::vector<int32_t> table_;
+  uint64_t base_ = 0;
+  size_t lookups_ = 0, threshold_;
+  bool tried_ = false;
+};
 
 // The engine adds v to Q[i][j] and Q[j][i]: a product c x_i x_j (i != j) is
 // the entry c/2, a square c x_i^2 the entry c.
-int AddQuadratic(ProblemObject *p, RowBatch &b, PyObject *v1, PyObject *v2, double c) {
+int AddQuadratic(ColumnLookup &cols, RowBatch &b, PyObject *v1, PyObject *v2, double c) {
   int i, j;
-  if (Column(p, v1, &i) < 0 || Column(p, v2, &j) < 0) return -1;
+  if (cols.Find(v1, VarIdOf(v1), &i) < 0 || cols.Find(v2, VarIdOf(v2), &j) < 0) return -1;
   b.q1.push_back(i);
   b.q2.push_back(j);
   b.qv.push_back(i == j ? c : 0.5 * c);
   return 0;
 }
 
-int AddLinear(ProblemObject *p, RowBatch &b, PyObject *var, double c) {
+int AddLinear(ColumnLookup &cols, RowBatch &b, PyObject *var, uint64_t id, double c) {
   int col;
-  if (Column(p, var, &col) < 0) return -1;
+  if (cols.Find(var, id, &col) < 0) return -1;
   b.cols.push_back(col);
   b.coefs.push_back(c);
   return 0;
@@ -67,7 +117,7 @@ int AddLinear(ProblemObject *p, RowBatch &b, PyObject *var, double c) {
 
 // Splits a constraint body into its constant (returned in *constant), its
 // linear entries (appended to the batch) and its quadratic entries.
-int Decompose(ProblemObject *p, PyObject *body, RowBatch &b, double *constant) {
+int Decompose(ColumnLookup &cols, PyObject *body, RowBatch &b, double *constant) {
   *constant = 0.0;
   switch (KindOf(body)) {
     case KindNumber: {
@@ -76,22 +126,23 @@ int Decompose(ProblemObject *p, PyObject *body, RowBatch &b, double *constant) {
       *constant = v;
       return 0;
     }
-    case KindVar: return AddLinear(p, b, body, 1.0);
+    case KindVar: return AddLinear(cols, b, body, VarIdOf(body), 1.0);
     case KindLinTerm: {
       auto *t = reinterpret_cast<LinTermObject *>(body);
-      return AddLinear(p, b, t->var, t->coef);
+      return AddLinear(cols, b, t->var, VarIdOf(t->var), t->coef);
     }
     case KindQuadTerm: {
       auto *t = reinterpret_cast<QuadTermObject *>(body);
-      return AddQuadratic(p, b, t->var1, t->var2, t->coef);
+      return AddQuadratic(cols, b, t->var1, t->var2, t->coef);
     }
     case KindExpression: {
       *constant = AsExpression(body)->constant;
+      // Straight from the expression's ordered entries, by their identifiers.
       const std::vector<LinEntry> &lin = ExpressionLinear(body);
       for (const LinEntry &e : lin)
-        if (AddLinear(p, b, e.var, e.coef) < 0) return -1;
+        if (AddLinear(cols, b, e.var, e.id, e.coef) < 0) return -1;
       for (const QuadEntry &e : ExpressionQuadratic(body))
-        if (AddQuadratic(p, b, e.var1, e.var2, e.coef) < 0) return -1;
+        if (AddQuadratic(cols, b, e.var1, e.var2, e.coef) < 0) return -1;
       return 0;
     }
     case KindNonlinear:
@@ -107,9 +158,16 @@ int Decompose(ProblemObject *p, PyObject *body, RowBatch &b, double *constant) {
 
 int AppendName(uint64_t word, std::string &names) {
   if (!(word & kConNameStored)) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "R%llu", static_cast<unsigned long long>(ConId(word)));
-    names += buffer;
+    // "R<identifier>", written without the formatting machinery: one per row.
+    char digits[24];
+    int k = 0;
+    uint64_t id = ConId(word);
+    do {
+      digits[k++] = static_cast<char>('0' + id % 10);
+      id /= 10;
+    } while (id);
+    names += 'R';
+    while (k) names += digits[--k];
     names += '\0';
     return 0;
   }
@@ -131,7 +189,7 @@ int AppendName(uint64_t word, std::string &names) {
 }
 
 // Checks one constraint and adds it as row `row` of the batch.
-int Record(ProblemObject *p, PyObject *o, int row, RowBatch &b) {
+int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch &b) {
   if (Py_TYPE(o) != &ConstraintType) {
     PyErr_SetString(ModelError, "Invalid constraint");
     return -1;
@@ -148,7 +206,7 @@ int Record(ProblemObject *p, PyObject *o, int row, RowBatch &b) {
   }
   const size_t qbefore = b.qv.size();
   double constant;
-  if (Decompose(p, c->body, b, &constant) < 0) return -1;
+  if (Decompose(cols, c->body, b, &constant) < 0) return -1;
   if (b.qv.size() > qbefore) {
     b.qrows.push_back(row);
     b.qstart.push_back(b.qv.size());
@@ -220,8 +278,15 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
   b.range.reserve(static_cast<size_t>(n));
   b.start.reserve(static_cast<size_t>(n) + 1);
   b.names.reserve(static_cast<size_t>(n) * 8);
+  try {
+    p->rowmap->reserve(p->rowmap->size() + static_cast<size_t>(n));
+  } catch (const std::bad_alloc &) {
+    PyErr_NoMemory();
+    return -1;
+  }
+  ColumnLookup cols(p->colmap);
   for (Py_ssize_t i = 0; i < n; ++i) {
-    if (Record(p, items[i], first + static_cast<int>(i), b) < 0) {
+    if (Record(p, cols, items[i], first + static_cast<int>(i), b) < 0) {
       ForgetTail(p, ObjectKind::Constraint, listed);
       return -1;
     }
