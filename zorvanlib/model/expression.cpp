@@ -73,6 +73,17 @@ int ExpressionAddLinear(PyObject *e, PyObject *var, double coef) {
   return 0;
 }
 
+int ExpressionReserveLinear(PyObject *e, size_t n) {
+  try {
+    LinearPart &part = Linear(AsExpression(e));
+    part.Reserve(part.Raw().size() + n);
+  } catch (const std::bad_alloc &) {
+    PyErr_SetString(ModelError, "Could not add linear part");
+    return -1;
+  }
+  return 0;
+}
+
 int ExpressionAddQuadratic(PyObject *e, PyObject *a, PyObject *b, double coef) {
   QuadEntry q = QuadPair(a, b, coef);
   try {
@@ -121,23 +132,9 @@ int ExpressionAddScaled(PyObject *o, PyObject *other, double factor) {
       ExpressionObject *src = AsExpression(other);
       e->constant += factor * src->constant;
       try {
-        if (src->linear && !src->linear->Empty()) {
-          LinearPart &dst = Linear(e);
-          for (const LinEntry &x : src->linear->Raw()) {
-            LinEntry y{x.id, x.var, x.coef * factor};
-            y.Retain();
-            dst.Push(y);
-          }
-        }
-        if (src->quadratic && !src->quadratic->Empty()) {
-          QuadraticPart &dst = Quadratic(e);
-          for (const QuadEntry &q : src->quadratic->Raw()) {
-            QuadEntry y = q;
-            y.coef *= factor;
-            y.Retain();
-            dst.Push(y);
-          }
-        }
+        if (src->linear && !src->linear->Empty()) Linear(e).AppendScaled(*src->linear, factor);
+        if (src->quadratic && !src->quadratic->Empty())
+          Quadratic(e).AppendScaled(*src->quadratic, factor);
       } catch (const std::bad_alloc &) {
         PyErr_SetString(ModelError, "Error adding expressions");
         return -1;
@@ -171,7 +168,12 @@ PyObject *CopyScaled(PyObject *o, double f) {
       if (!r) return nullptr;
       ExpressionObject *e = AsExpression(r);
       try {
-        if (src->linear && !src->linear->Empty()) {
+        // An unscaled copy takes the ordered entries whole; a scaled one
+        // leaves out coefficients that become zero.
+        if (exact && src->linear && !src->linear->Empty()) {
+          src->linear->Normalise();
+          Linear(e).AppendScaled(*src->linear, 1.0);
+        } else if (src->linear && !src->linear->Empty()) {
           const auto &items = src->linear->Items();
           LinearPart &dst = Linear(e);
           dst.Reserve(items.size());
@@ -182,7 +184,10 @@ PyObject *CopyScaled(PyObject *o, double f) {
             dst.Push(LinEntry{x.id, x.var, c});
           }
         }
-        if (src->quadratic && !src->quadratic->Empty()) {
+        if (exact && src->quadratic && !src->quadratic->Empty()) {
+          src->quadratic->Normalise();
+          Quadratic(e).AppendScaled(*src->quadratic, 1.0);
+        } else if (src->quadratic && !src->quadratic->Empty()) {
           const auto &items = src->quadratic->Items();
           QuadraticPart &dst = Quadratic(e);
           dst.Reserve(items.size());

@@ -71,6 +71,10 @@ class Part {
   bool Empty() const { return items_.empty(); }
   void Reserve(size_t n) { items_.reserve(n); }
   void Normalise();
+  // Appends the entries of src times factor, taking new references. An
+  // empty part takes over src's order as it is: a copy of an ordered part
+  // is ordered without sorting it again.
+  void AppendScaled(const Part &src, double factor);
 
  private:
   std::vector<Entry> items_;
@@ -79,6 +83,21 @@ class Part {
 
 using LinearPart = Part<LinEntry>;
 using QuadraticPart = Part<QuadEntry>;
+
+template <class Entry>
+void Part<Entry>::AppendScaled(const Part &src, double factor) {
+  const bool was_empty = items_.empty();
+  items_.reserve(items_.size() + src.items_.size());  // the only step that can throw
+  for (Entry y : src.items_) {
+    y.coef *= factor;
+    y.Retain();
+    items_.push_back(y);
+  }
+  if (was_empty)
+    sorted_ = src.sorted_;
+  else if (items_.size() - sorted_ > std::max<size_t>(sorted_, 1024))
+    Normalise();
+}
 
 template <class Entry>
 void Part<Entry>::Normalise() {
@@ -141,6 +160,8 @@ PyObject *NewExpression(double constant);
 
 // Adds coef * var to the linear part (a new reference to var is taken).
 int ExpressionAddLinear(PyObject *e, PyObject *var, double coef);
+// Room for n more linear entries, for a sum whose length is known. 0 or -1.
+int ExpressionReserveLinear(PyObject *e, size_t n);
 // Adds coef * a * b to the quadratic part in canonical order.
 int ExpressionAddQuadratic(PyObject *e, PyObject *a, PyObject *b, double coef);
 // Adds factor times o (a number, var, linterm, quadterm or expression) to e

@@ -28,6 +28,7 @@ class Accumulator {
     Py_XDECREF(nonlinear_);
   }
   bool ok() const { return acc_ != nullptr; }
+  int Reserve(size_t n) { return ExpressionReserveLinear(acc_, n); }
 
   // Adds c * o, o a borrowed object reference.
   int AddScaled(PyObject *o, double c) {
@@ -68,6 +69,8 @@ class Accumulator {
 
   // The sum, a new reference.
   PyObject *Result() {
+    // The sum leaves in its final form: sorted and merged once, here.
+    ExpressionLinear(acc_);
     if (!nonlinear_ || PyList_GET_SIZE(nonlinear_) == 0) return Py_NewRef(acc_);
     bool empty = ExpressionIsConstant(acc_) && AsExpression(acc_)->constant == 0.0;
     if (!empty && PyList_Append(nonlinear_, acc_) < 0) return nullptr;
@@ -303,7 +306,7 @@ PyObject *SparseDot(PyObject *sparse, PyObject *x) {
       }
       for (npy_intp j = 0; j < m && ok; ++j) {
         Accumulator acc;
-        ok = acc.ok();
+        ok = acc.ok() && acc.Reserve(static_cast<size_t>(end - begin)) == 0;
         for (npy_intp p = begin; p < end && ok; ++p) {
           npy_intp col = idx[p];
           if (col < 0 || col >= cols) {
