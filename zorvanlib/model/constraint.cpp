@@ -361,7 +361,25 @@ PyObject *Difference(PyObject *a, PyObject *b) {
 
 }  // namespace
 
+PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op) {
+  PyObject *body = CopyScaled(e, 1.0);
+  if (!body) return nullptr;
+  double rhs = v - AsExpression(body)->constant;
+  AsExpression(body)->constant = 0.0;
+  PyObject *c = NewConstraint(body);
+  if (!c) return nullptr;
+  if (op != Py_GE) ConSetUb(Con(c)->word, rhs);
+  if (op != Py_LE) ConSetLb(Con(c)->word, rhs);
+  return c;
+}
+
 PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op) {
+  if ((op == Py_LE || op == Py_EQ || op == Py_GE) && KindOf(a) == KindExpression &&
+      KindOf(b) == KindNumber) {
+    double v = NumberValue(b);
+    if (v == -1.0 && PyErr_Occurred()) return nullptr;
+    return CompareExpressionWithNumber(a, v, op);
+  }
   if (IsNdarray(b)) {
     if (IsNdarray(a)) {
       PyErr_SetString(InterfaceError, "Ill-defined constraint array");

@@ -35,4 +35,10 @@ void ConSetName(uint64_t &word, PyObject *name);
 // builds a constraint from left OP right.
 PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op);
 
+// The constraint `e OP v` for an expression e and a number v (op Py_LE,
+// Py_EQ or Py_GE), as ModelRichCompare builds it, without making v an
+// object or forming the difference: the body is a copy of e without its
+// constant, which moves into the bound.
+PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op);
+
 }  // namespace zrv

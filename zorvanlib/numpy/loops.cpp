@@ -7,10 +7,12 @@
 #include <cstring>
 
 #include "model/constraint.h"
+#include "model/expression.h"
 #include "model/operand.h"
 #include "numpy/bridge.h"
 #include "numpy/loops.h"
 #include "numpy/product.h"
+#include "module/types.h"
 
 namespace zrv {
 
@@ -75,11 +77,59 @@ inline void Store(char *p, PyObject *r) {
   Py_XDECREF(old);
 }
 
+// The comparison code of a loop operation (0 for arithmetic).
+int ComparisonOf(int op) {
+  switch (op) {
+    case OpLessEqual: return Py_LE;
+    case OpEqual: return Py_EQ;
+    case OpGreaterEqual: return Py_GE;
+    default: return 0;
+  }
+}
+
+inline double DoubleAt(const char *p) {
+  double v;
+  std::memcpy(&v, p, sizeof v);
+  return v;
+}
+
+inline PyObject *ObjectAt(const char *p) {
+  PyObject *o;
+  std::memcpy(&o, p, sizeof o);
+  return o;
+}
+
 template <bool LeftDouble, bool RightDouble>
 void BinaryLoop(char **args, npy_intp const *dims, npy_intp const *steps, void *data) {
   int op = *static_cast<const int *>(data);
   char *a = args[0], *b = args[1], *out = args[2];
   npy_intp n = dims[0];
+  if constexpr (LeftDouble != RightDouble) {
+    // Expressions compared with numbers (rows of A @ x <= b): each
+    // constraint straight from the expression and the double, no float
+    // object and no difference in between.
+    int cmp = ComparisonOf(op);
+    if (cmp) {
+      if (LeftDouble) cmp = cmp == Py_LE ? Py_GE : cmp == Py_GE ? Py_LE : Py_EQ;
+      const int obj = LeftDouble ? 1 : 0;
+      for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
+        PyObject *e = ObjectAt(obj ? b : a);
+        PyObject *r;
+        if (e && Py_TYPE(e) == &ExpressionType) {
+          r = CompareExpressionWithNumber(e, DoubleAt(obj ? a : b), cmp);
+        } else {
+          PyObject *x = Element<LeftDouble>(a);
+          PyObject *y = x ? Element<RightDouble>(b) : nullptr;
+          r = y ? Apply(op, x, y) : nullptr;
+          Py_XDECREF(x);
+          Py_XDECREF(y);
+        }
+        Store(out, r);
+        if (!r) return;
+      }
+      return;
+    }
+  }
   for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
     PyObject *x = Element<LeftDouble>(a);
     PyObject *y = x ? Element<RightDouble>(b) : nullptr;
