@@ -96,3 +96,49 @@ class TestAddingArrays:
         with pytest.raises(zorvan.ModelError):
             p.addConstraint(np.array([x[0] <= 1, x[1]], dtype=object))
         assert p.attributes.rows == 0
+
+
+class TestRowsFromProducts:
+    def test_sparse_rows_with_unsorted_and_repeated_columns(self, quiet):
+        # A CSR matrix whose rows list columns out of order and repeat some:
+        # each row must come out as the sum of its entries, column by column.
+        data = np.array([1.0, 2.0, 3.0, 4.0, -1.0, 5.0, 0.5])
+        indices = np.array([2, 0, 2, 1, 1, 0, 0])
+        indptr = np.array([0, 4, 7])
+        a = sparse.csr_array((data, indices, indptr), shape=(2, 3))
+        dense = np.array([[2.0, 4.0, 4.0], [5.5, -1.0, 0.0]])
+        assert np.array_equal(a.toarray(), dense)
+        x = zorvan.vars(3, ub=3, array=True)
+        rows = zorvan.Dot(a, x)
+        assert [str(r) for r in rows] == [str(r) for r in dense @ x]
+
+        p = quiet
+        p.addVariable(x)
+        p.addConstraint(rows <= np.array([10.0, 6.0]))
+        c = np.array([1.0, 2.0, 1.5])
+        p.setObjective(zorvan.Dot(c, x), sense=zorvan.maximize)
+        p.optimize()
+        ref = linprog(-c, A_ub=dense, b_ub=[10.0, 6.0], bounds=[(0, 3)] * 3)
+        assert p.getObjVal() == pytest.approx(-ref.fun, rel=1e-9)
+
+    def test_constraints_keep_the_rows_they_were_made_from(self, quiet):
+        # A comparison copies its expression: changing the expression in
+        # place afterwards changes neither the constraint nor the row.
+        x = zorvan.vars(3, array=True)
+        e = x[2] + x[0] + 2 * x[2]  # entries added out of order, x[2] twice
+        con = e <= 5
+        text = str(con.body)
+        e += x[1]
+        e *= 2
+        assert str(con.body) == text == str(x[0] + 3 * x[2])
+        scaled = -1.0 * e - 3  # a scaled copy of a changed expression
+        assert str(scaled) == str(-3 - 2 * x[0] - 2 * x[1] - 6 * x[2])
+
+        p = quiet
+        p.addVariable(x)
+        p.addConstraint(con, e >= 1)
+        p.setObjective(x.sum(), sense=zorvan.maximize)
+        p.addConstraint(x <= 4)
+        p.optimize()
+        # x0 + 3 x2 <= 5 with all variables in [0, 4]: x1 = 4, x0 = 4, x2 = 1/3
+        assert p.getObjVal() == pytest.approx(4 + 4 + 1 / 3, rel=1e-9)
