@@ -142,3 +142,32 @@ class TestRowsFromProducts:
         p.optimize()
         # x0 + 3 x2 <= 5 with all variables in [0, 4]: x1 = 4, x0 = 4, x2 = 1/3
         assert p.getObjVal() == pytest.approx(4 + 4 + 1 / 3, rel=1e-9)
+
+
+class TestDeletingArrays:
+    def test_arrays_of_any_shape_delete_their_objects(self, quiet):
+        p = quiet
+        x = zorvan.vars(3, 4, array=True)
+        p.addVariable(x)
+        cons = x <= np.arange(12.0).reshape(3, 4)
+        p.addConstraint(cons)
+        p.delVariable(x[:, 1:3].T)                   # 2-D, strided, transposed
+        assert p.attributes.cols == 6
+        assert [p.getIndex(v) for v in x[:, [0, 3]].ravel()] == list(range(6))
+        p.delVariable(np.array(x[2, 3], dtype=object))  # zero-dimensional
+        p.delVariable(x[:0])                             # empty
+        assert p.attributes.cols == 5
+        p.delConstraint(cons[::2])
+        assert p.attributes.rows == 4
+        assert [p.getIndex(c) for c in cons[1]] == [0, 1, 2, 3]
+        p.delConstraint(np.array([0, 3]))                # an array of indices
+        assert [p.getIndex(c) for c in cons[1, 1:3]] == [0, 1]
+
+    def test_bad_arrays_delete_nothing(self, quiet):
+        p = quiet
+        x = zorvan.vars(4, array=True)
+        p.addVariable(x)
+        for bad in (np.array([x[0], None], dtype=object), np.array([x[1], zorvan.var()])):
+            with pytest.raises(zorvan.ModelError):
+                p.delVariable(bad)
+            assert p.attributes.cols == 4

@@ -8,6 +8,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "module/types.h"
+#include "numpy/bridge.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 
@@ -90,6 +91,36 @@ int CheckSelection(PyObject *index, int first, int last, int *mode) {
   return 0;
 }
 
+// The indices of an array of objects (objects, indices or names), any shape
+// or layout, read in one pass over its elements. 1 when index is not such an
+// array (left to the other forms), 0 when read, -1 on error.
+int ObjectArrayIndices(ProblemObject *p, PyObject *index, int code, std::vector<int> &indices) {
+  if (!IsNumpyArray(index)) return 1;
+  Py_ssize_t n = 0;
+  PyObject **items = nullptr;
+  PyObject *elements = ObjectElements(index, &n, &items);
+  if (!elements) {
+    if (!PyErr_ExceptionMatches(PyExc_TypeError)) return -1;
+    PyErr_Clear();  // an array of numbers: a sequence of indices
+    return 1;
+  }
+  int rc = 0;
+  indices.reserve(static_cast<size_t>(n));
+  for (Py_ssize_t i = 0; i < n && rc == 0; ++i) {
+    int32_t k;
+    if (!items[i]) {
+      PyErr_SetString(ModelError, "The array holds empty elements (made by numpy.empty?)");
+      rc = -1;
+    } else if (ObjectToIndex(items[i], p, &k, code) < 0) {
+      rc = -1;
+    } else {
+      indices.push_back(k);
+    }
+  }
+  Py_DECREF(elements);
+  return rc;
+}
+
 PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (NotInitialized(p)) return nullptr;
@@ -114,6 +145,8 @@ PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind
       return nullptr;
     }
     for (int i = first; i <= last; ++i) indices.push_back(i);
+  } else if (int rc = ObjectArrayIndices(p, index, code, indices); rc <= 0) {
+    if (rc < 0) return nullptr;
   } else if (IsIntegerObject(index) || PyUnicode_Check(index) || PyBytes_Check(index) ||
              IsKindObject(index, kind)) {
     int32_t i;
