@@ -158,17 +158,7 @@ int Decompose(ColumnLookup &cols, PyObject *body, RowBatch &b, double *constant)
 
 int AppendName(uint64_t word, std::string &names) {
   if (!(word & kConNameStored)) {
-    // "R<identifier>", written without the formatting machinery: one per row.
-    char digits[24];
-    int k = 0;
-    uint64_t id = ConId(word);
-    do {
-      digits[k++] = static_cast<char>('0' + id % 10);
-      id /= 10;
-    } while (id);
-    names += 'R';
-    while (k) names += digits[--k];
-    names += '\0';
+    AppendDefaultName('R', ConId(word), names);
     return 0;
   }
   PyObject *name = ConGetName(word);
@@ -278,6 +268,22 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
   b.range.reserve(static_cast<size_t>(n));
   b.start.reserve(static_cast<size_t>(n) + 1);
   b.names.reserve(static_cast<size_t>(n) * 8);
+  // Room for all linear entries at once: the batch can hold millions.
+  size_t entries = 0;
+  for (Py_ssize_t i = 0; i < n; ++i) {
+    PyObject *body = Py_TYPE(items[i]) == &ConstraintType
+                         ? reinterpret_cast<ConstraintObject *>(items[i])->body
+                         : nullptr;
+    if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear)
+      entries += AsExpression(body)->linear->Raw().size();
+  }
+  try {
+    b.cols.reserve(entries);
+    b.coefs.reserve(entries);
+  } catch (const std::bad_alloc &) {
+    PyErr_NoMemory();
+    return -1;
+  }
   try {
     p->rowmap->reserve(p->rowmap->size() + static_cast<size_t>(n));
   } catch (const std::bad_alloc &) {

@@ -8,6 +8,7 @@
 #include <Python.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "problem/problem.h"
@@ -47,6 +48,20 @@ constexpr int kWalkDepthLimit = 32;
 // raises ModelError with `too_deep` (or a message of its own). 0 or -1.
 int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth = 0,
                    const char *too_deep = nullptr);
+
+// Appends the default name <prefix><id> and its NUL to a names buffer,
+// without the formatting machinery (it runs once per new row or column).
+inline void AppendDefaultName(char prefix, uint64_t id, std::string &names) {
+  char digits[24];
+  int k = 0;
+  do {
+    digits[k++] = static_cast<char>('0' + id % 10);
+    id /= 10;
+  } while (id);
+  names += prefix;
+  while (k) names += digits[--k];
+  names += '\0';
+}
 
 // An integer attribute of the engine problem. 0 or -1 with the engine's error.
 int ReadIntAttrib(ProblemObject *p, int id, int *value);

@@ -1,5 +1,5 @@
 // problem.addVariable: variables become columns, all of one call together.
-#include <cstdio>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -32,10 +32,7 @@ struct ColumnBatch {
 
 int AppendName(uint64_t word, std::string &names) {
   if (!(word & kVarNameStored)) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "C%llu", static_cast<unsigned long long>(VarId(word)));
-    names += buffer;
-    names += '\0';
+    AppendDefaultName('C', VarId(word), names);
     return 0;
   }
   PyObject *name = VarGetName(word);
@@ -155,6 +152,12 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   batch.ub.reserve(static_cast<size_t>(n));
   batch.type.reserve(static_cast<size_t>(n));
   batch.names.reserve(static_cast<size_t>(n) * 8);
+  try {
+    p->colmap->reserve(p->colmap->size() + static_cast<size_t>(n));
+  } catch (const std::bad_alloc &) {
+    PyErr_NoMemory();
+    return -1;
+  }
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), batch) < 0) {
       ForgetTail(p, ObjectKind::Variable, listed);
