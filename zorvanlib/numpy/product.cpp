@@ -240,6 +240,9 @@ PyObject *IndexArray(PyObject *csr, const char *name) {
   return a;
 }
 
+// How many nonzeros ahead a sparse product fetches the variables.
+constexpr npy_intp kPrefetchAhead = 24;
+
 // A sparse matrix times an array of one or two dimensions of objects.
 PyObject *SparseDot(PyObject *sparse, PyObject *x) {
   bool numbers = false;
@@ -308,6 +311,13 @@ PyObject *SparseDot(PyObject *sparse, PyObject *x) {
         Accumulator acc;
         ok = acc.ok() && acc.Reserve(static_cast<size_t>(end - begin)) == 0;
         for (npy_intp p = begin; p < end && ok; ++p) {
+          // Adding a variable takes a reference to it; fetch the variables
+          // of later nonzeros meanwhile, as they lie scattered in memory.
+          if (p + kPrefetchAhead < nnz) {
+            npy_intp ahead = idx[p + kPrefetchAhead];
+            if (ahead >= 0 && ahead < cols)
+              __builtin_prefetch(ObjectAt(xd + ahead * sx0 + j * sx1), 1, 3);
+          }
           npy_intp col = idx[p];
           if (col < 0 || col >= cols) {
             PyErr_SetString(InterfaceError, "Inconsistent sparse matrix in Dot product");
