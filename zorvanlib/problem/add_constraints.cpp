@@ -189,14 +189,19 @@ int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch 
     PyErr_SetString(ModelError, "Stale expression link, cannot add constraint");
     return -1;
   }
+  // Recorded now (one hash operation); undone below if the row fails.
   uint64_t id = ConId(c->word);
-  if (p->rowmap->count(id)) {
+  if (!p->rowmap->try_emplace(id, row).second) {
     PyErr_SetString(ModelError, "Constraint already added to problem");
     return -1;
   }
   const size_t qbefore = b.qv.size();
   double constant;
-  if (Decompose(cols, c->body, b, &constant) < 0) return -1;
+  if (Decompose(cols, c->body, b, &constant) < 0 || AppendName(c->word, b.names) < 0 ||
+      PyList_Append(p->conlist, o) < 0) {
+    p->rowmap->erase(id);
+    return -1;
+  }
   if (b.qv.size() > qbefore) {
     b.qrows.push_back(row);
     b.qstart.push_back(b.qv.size());
@@ -224,10 +229,30 @@ int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch 
   b.rhs.push_back(rhs);
   b.range.push_back(range);
   b.start.push_back(static_cast<int64_t>(b.cols.size()));
-  if (AppendName(c->word, b.names) < 0) return -1;
-  if (PyList_Append(p->conlist, o) < 0) return -1;
-  (*p->rowmap)[id] = row;
   return 0;
+}
+
+// Rows lie scattered in memory (constraint, body, the body's entries):
+// ask for the pieces of later rows in stages, each stage reading only what
+// an earlier one has brought in.
+void PrefetchRow(PyObject *const *items, Py_ssize_t n, Py_ssize_t i) {
+  if (i + 12 < n) __builtin_prefetch(items[i + 12]);
+  if (i + 8 < n && Py_TYPE(items[i + 8]) == &ConstraintType) {
+    PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 8])->body;
+    if (body) __builtin_prefetch(body);
+  }
+  if (i + 6 < n && Py_TYPE(items[i + 6]) == &ConstraintType) {
+    PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 6])->body;
+    if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear)
+      __builtin_prefetch(AsExpression(body)->linear);
+  }
+  if (i + 4 < n && Py_TYPE(items[i + 4]) == &ConstraintType) {
+    PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 4])->body;
+    if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear) {
+      const auto &raw = AsExpression(body)->linear->Raw();
+      if (!raw.empty()) __builtin_prefetch(raw.data());
+    }
+  }
 }
 
 int SendRows(ProblemObject *p, int first, const RowBatch &b, bool *added) {
@@ -292,6 +317,7 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
   }
   ColumnLookup cols(p->colmap);
   for (Py_ssize_t i = 0; i < n; ++i) {
+    PrefetchRow(items, n, i);
     if (Record(p, cols, items[i], first + static_cast<int>(i), b) < 0) {
       ForgetTail(p, ObjectKind::Constraint, listed);
       return -1;
