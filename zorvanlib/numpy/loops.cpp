@@ -12,6 +12,7 @@
 #include "numpy/bridge.h"
 #include "numpy/loops.h"
 #include "numpy/product.h"
+#include "numpy/strided.h"
 #include "module/types.h"
 
 namespace zrv {
@@ -87,17 +88,6 @@ int ComparisonOf(int op) {
   }
 }
 
-inline double DoubleAt(const char *p) {
-  double v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
-}
-
-inline PyObject *ObjectAt(const char *p) {
-  PyObject *o;
-  std::memcpy(&o, p, sizeof o);
-  return o;
-}
 
 // How many rows ahead the variables of an expression are fetched.
 constexpr npy_intp kPrefetchAhead = 4;

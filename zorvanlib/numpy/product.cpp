@@ -4,6 +4,7 @@
 // in proportion to the number of element products (for a sparse matrix, to
 // its nonzeros).
 #include "numpy/product.h"
+#include "numpy/strided.h"
 
 #include <cstring>
 
@@ -84,15 +85,9 @@ class Accumulator {
   PyObject *nonlinear_ = nullptr;
 };
 
-inline double DoubleAt(const char *p) {
-  double v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
-}
-
-inline PyObject *ObjectAt(const char *p) {
-  PyObject *o;
-  std::memcpy(&o, p, sizeof o);
+// An element of an object array; empty elements read as None.
+inline PyObject *ElementAt(const char *p) {
+  PyObject *o = ObjectAt(p);
   return o ? o : Py_None;
 }
 
@@ -316,14 +311,14 @@ PyObject *SparseDot(PyObject *sparse, PyObject *x) {
           if (p + kPrefetchAhead < nnz) {
             npy_intp ahead = idx[p + kPrefetchAhead];
             if (ahead >= 0 && ahead < cols)
-              __builtin_prefetch(ObjectAt(xd + ahead * sx0 + j * sx1), 1, 3);
+              __builtin_prefetch(ElementAt(xd + ahead * sx0 + j * sx1), 1, 3);
           }
           npy_intp col = idx[p];
           if (col < 0 || col >= cols) {
             PyErr_SetString(InterfaceError, "Inconsistent sparse matrix in Dot product");
             ok = false;
           } else {
-            ok = acc.AddScaled(ObjectAt(xd + col * sx0 + j * sx1), val[p]) == 0;
+            ok = acc.AddScaled(ElementAt(xd + col * sx0 + j * sx1), val[p]) == 0;
           }
         }
         PyObject *e = ok ? acc.Result() : nullptr;
@@ -361,11 +356,11 @@ PyObject *DotElements(const char *a, npy_intp sa, bool aDouble, const char *b, n
     if (aDouble && bDouble) {
       constant += DoubleAt(a) * DoubleAt(b);
     } else if (aDouble) {
-      rc = acc.AddScaled(ObjectAt(b), DoubleAt(a));
+      rc = acc.AddScaled(ElementAt(b), DoubleAt(a));
     } else if (bDouble) {
-      rc = acc.AddScaled(ObjectAt(a), DoubleAt(b));
+      rc = acc.AddScaled(ElementAt(a), DoubleAt(b));
     } else {
-      PyObject *x = ObjectAt(a), *y = ObjectAt(b);
+      PyObject *x = ElementAt(a), *y = ElementAt(b);
       if (KindOf(x) == KindNumber) {
         double c = NumberValue(x);
         rc = c == -1.0 && PyErr_Occurred() ? -1 : acc.AddScaled(y, c);
