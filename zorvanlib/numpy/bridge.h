@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+#include "module/globals.h"
+
 namespace zrv {
 
 // Type numbers of the module's data types (-1 before registration).
@@ -55,5 +57,33 @@ PyObject *NewVarArray(int ndim, const Py_ssize_t *dims, PyObject ***items);
 // and *items the element pointer (elements may be NULL in empty-initialised
 // arrays). Returns NULL with an error for arrays of other data types.
 PyObject *ObjectElements(PyObject *o, Py_ssize_t *n, PyObject ***items);
+
+// Calls fn(element) for each element of o in C order, whatever its shape or
+// layout, when o is a NumPy array of objects: 0 when all calls returned 0,
+// -1 with an error (an empty element, or fn failing). Returns 1, with
+// nothing called, when o is not an array of objects.
+template <typename Fn>
+int ForEachArrayObject(PyObject *o, Fn &&fn) {
+  if (!IsNumpyArray(o)) return 1;
+  Py_ssize_t n = 0;
+  PyObject **items = nullptr;
+  PyObject *elements = ObjectElements(o, &n, &items);
+  if (!elements) {
+    if (!PyErr_ExceptionMatches(PyExc_TypeError)) return -1;
+    PyErr_Clear();
+    return 1;
+  }
+  int rc = 0;
+  for (Py_ssize_t i = 0; i < n && rc == 0; ++i) {
+    if (!items[i]) {
+      PyErr_SetString(ModelError, "The array holds empty elements (made by numpy.empty?)");
+      rc = -1;
+    } else {
+      rc = fn(items[i]);
+    }
+  }
+  Py_DECREF(elements);
+  return rc;
+}
 
 }  // namespace zrv

@@ -23,31 +23,6 @@ bool IsLeaf(PyObject *o) {
          PyFloat_Check(o);
 }
 
-// An array of objects (or of variables, expressions, constraints) read in
-// one pass over its elements in C order, whatever its shape or strides.
-// Returns 1 for arrays of other data types, which the caller walks.
-int FlattenArray(PyObject *obj, OwnedObjects &out, int depth, const char *too_deep) {
-  Py_ssize_t n = 0;
-  PyObject **items = nullptr;
-  PyObject *elements = ObjectElements(obj, &n, &items);
-  if (!elements) {
-    if (!PyErr_ExceptionMatches(PyExc_TypeError)) return -1;
-    PyErr_Clear();
-    return 1;
-  }
-  int rc = 0;
-  for (Py_ssize_t i = 0; i < n && rc == 0; ++i) {
-    if (!items[i]) {
-      PyErr_SetString(ModelError, "The array holds empty elements (made by numpy.empty?)");
-      rc = -1;
-    } else {
-      rc = FlattenObjects(items[i], out, depth + 1, too_deep);
-    }
-  }
-  Py_DECREF(elements);
-  return rc;
-}
-
 }  // namespace
 
 int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth, const char *too_deep) {
@@ -72,10 +47,11 @@ int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth, const char *too_
     }
     return 0;
   }
-  if (IsNumpyArray(obj)) {
-    int rc = FlattenArray(obj, out, depth, too_deep);
-    if (rc != 1) return rc;  // 1: not an array of objects, walked as an iterable below
-  }
+  // Arrays of objects in one pass over their elements, any shape or layout;
+  // other arrays are walked as iterables below.
+  int array = ForEachArrayObject(
+      obj, [&](PyObject *item) { return FlattenObjects(item, out, depth + 1, too_deep); });
+  if (array != 1) return array;
   PyObject *source = PyDict_Check(obj) ? PyDict_Values(obj) : nullptr;
   if (PyDict_Check(obj) && !source) return -1;
   PyObject *iter = PyObject_GetIter(source ? source : obj);

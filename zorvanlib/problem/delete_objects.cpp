@@ -95,30 +95,12 @@ int CheckSelection(PyObject *index, int first, int last, int *mode) {
 // or layout, read in one pass over its elements. 1 when index is not such an
 // array (left to the other forms), 0 when read, -1 on error.
 int ObjectArrayIndices(ProblemObject *p, PyObject *index, int code, std::vector<int> &indices) {
-  if (!IsNumpyArray(index)) return 1;
-  Py_ssize_t n = 0;
-  PyObject **items = nullptr;
-  PyObject *elements = ObjectElements(index, &n, &items);
-  if (!elements) {
-    if (!PyErr_ExceptionMatches(PyExc_TypeError)) return -1;
-    PyErr_Clear();  // an array of numbers: a sequence of indices
-    return 1;
-  }
-  int rc = 0;
-  indices.reserve(static_cast<size_t>(n));
-  for (Py_ssize_t i = 0; i < n && rc == 0; ++i) {
+  return ForEachArrayObject(index, [&](PyObject *item) {
     int32_t k;
-    if (!items[i]) {
-      PyErr_SetString(ModelError, "The array holds empty elements (made by numpy.empty?)");
-      rc = -1;
-    } else if (ObjectToIndex(items[i], p, &k, code) < 0) {
-      rc = -1;
-    } else {
-      indices.push_back(k);
-    }
-  }
-  Py_DECREF(elements);
-  return rc;
+    if (ObjectToIndex(item, p, &k, code) < 0) return -1;
+    indices.push_back(k);
+    return 0;
+  });
 }
 
 PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind) {
