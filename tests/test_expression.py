@@ -188,6 +188,50 @@ class TestInPlace:
         e *= 0
         assert e == 0.0 and type(e) is float and str(f) == "1 + x +2 y"
 
+    def test_copies_and_constraints_keep_their_entries(self, xyz):
+        # Copies share entries until one side changes: every change must
+        # stay on its own side, in every order of changes.
+        x, y, z = xyz
+        e = 2 * x + 3 * y + 1
+        c = e <= 5
+        d = e + 0.0  # a copy through plain addition
+        e += z
+        e *= 2
+        assert str(c.body) == " 2 x +3 y" and (c.lb, c.ub) == (-1e20, 4.0)
+        assert str(d) == "1 +2 x +3 y" and str(e) == "2 +4 x +6 y +2 z"
+        d -= 3 * y
+        assert str(d) == "1 +2 x" and str(c.body) == " 2 x +3 y"
+        c.body += x
+        assert str(c.body) == " 3 x +3 y" and str(e) == "2 +4 x +6 y +2 z"
+
+    def test_accumulator_taking_an_expression(self, xyz):
+        x, y, z = xyz
+        f = x + y
+        acc = zorvan.expression()
+        acc += f
+        f += z
+        acc -= x
+        assert str(f) == "  x + y + z" and str(acc) == "  y"
+        # Entries added out of order are merged before anyone reads them,
+        # in the copy and the source alike.
+        g = zorvan.expression()
+        for v in (z, y, x, z):
+            g += v
+        h = g + 0.0
+        assert str(g) == "  x + y +2 z" and str(h) == "  x + y +2 z"
+        assert h.extractLinear()[1] == [1.0, 1.0, 2.0]
+
+    def test_copies_hold_their_variables(self):
+        # Variables stay alive as long as any copy uses them.
+        v = zorvan.var(name="v")
+        e = 4 * v + 1
+        c = e >= 2
+        del v, e
+        assert str(c.body) == " 4 v"
+        body = c.body
+        del c
+        assert body.extractLinear()[0][0].name == "v"
+
     def test_non_numbers_fall_back(self, xyz):
         x, y, _ = xyz
         e = x + 1

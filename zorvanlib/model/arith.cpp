@@ -158,25 +158,22 @@ PyObject *PolyProduct(PyObject *a, OperandKind ka, PyObject *b, OperandKind kb) 
     auto scaled = [&](const PolyView &src, double c) {
       if (c == 0.0) return;
       for (size_t i = 0; i < src.nlin; ++i) {
-        if (!e->linear) e->linear = new LinearPart();
         LinEntry x = src.lin[i];
         x.coef *= c;
         x.Retain();
-        e->linear->Push(x);
+        LinearOf(e).Push(x);
       }
       for (size_t i = 0; i < src.nquad; ++i) {
-        if (!e->quadratic) e->quadratic = new QuadraticPart();
         QuadEntry q = src.quad[i];
         q.coef *= c;
         q.Retain();
-        e->quadratic->Push(q);
+        QuadraticOf(e).Push(q);
       }
     };
     scaled(vb, va.constant);
     scaled(va, vb.constant);
     if (va.nlin && vb.nlin) {
-      e->quadratic = e->quadratic ? e->quadratic : new QuadraticPart();
-      e->quadratic->Reserve(va.nlin * vb.nlin);
+      QuadraticOf(e).Reserve(va.nlin * vb.nlin);
       for (size_t i = 0; i < va.nlin; ++i) {
         for (size_t j = 0; j < vb.nlin; ++j) {
           const LinEntry &x = va.lin[i];

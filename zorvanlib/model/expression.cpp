@@ -23,24 +23,15 @@ namespace {
 
 PyNumberMethods ExpressionNumberMethods{};
 
-const std::vector<LinEntry> kNoLinear;
-const std::vector<QuadEntry> kNoQuadratic;
-
-LinearPart &Linear(ExpressionObject *e) {
-  if (!e->linear) e->linear = new LinearPart();
-  return *e->linear;
-}
-QuadraticPart &Quadratic(ExpressionObject *e) {
-  if (!e->quadratic) e->quadratic = new QuadraticPart();
-  return *e->quadratic;
-}
+LinearPart &Linear(ExpressionObject *e) { return LinearOf(e); }
+QuadraticPart &Quadratic(ExpressionObject *e) { return QuadraticOf(e); }
 
 QuadEntry QuadPair(PyObject *a, PyObject *b, double coef) {
   uint64_t ia = VarIdOf(a), ib = VarIdOf(b);
   return ia <= ib ? QuadEntry{ia, ib, a, b, coef} : QuadEntry{ib, ia, b, a, coef};
 }
 
-bool HasNonzero(const std::vector<LinEntry> &lin, const std::vector<QuadEntry> &quad) {
+bool HasNonzero(const LinearEntries &lin, const QuadraticEntries &quad) {
   for (const LinEntry &x : lin)
     if (x.coef != 0.0) return true;
   for (const QuadEntry &q : quad)
@@ -49,6 +40,16 @@ bool HasNonzero(const std::vector<LinEntry> &lin, const std::vector<QuadEntry> &
 }
 
 }  // namespace
+
+LinearPart &LinearOf(ExpressionObject *e) {
+  if (!e->linear) e->linear = new (e->linear_store) LinearPart();
+  return *e->linear;
+}
+
+QuadraticPart &QuadraticOf(ExpressionObject *e) {
+  if (!e->quadratic) e->quadratic = new QuadraticPart();
+  return *e->quadratic;
+}
 
 bool ExpressionIsConstant(PyObject *o) {
   ExpressionObject *e = AsExpression(o);
@@ -245,14 +246,14 @@ PyObject *Accumulate(PyObject *left, PyObject *right, double factor) {
   return left;
 }
 
-const std::vector<LinEntry> &ExpressionLinear(PyObject *o) {
+LinearEntries ExpressionLinear(PyObject *o) {
   ExpressionObject *e = AsExpression(o);
-  return e->linear ? e->linear->Items() : kNoLinear;
+  return e->linear ? e->linear->Items() : LinearEntries{};
 }
 
-const std::vector<QuadEntry> &ExpressionQuadratic(PyObject *o) {
+QuadraticEntries ExpressionQuadratic(PyObject *o) {
   ExpressionObject *e = AsExpression(o);
-  return e->quadratic ? e->quadratic->Items() : kNoQuadratic;
+  return e->quadratic ? e->quadratic->Items() : QuadraticEntries{};
 }
 
 namespace {
@@ -323,7 +324,7 @@ namespace {
 
 void ExpressionDealloc(PyObject *self) {
   ExpressionObject *e = AsExpression(self);
-  delete e->linear;
+  if (e->linear) e->linear->~LinearPart();  // in the object's own storage
   delete e->quadratic;
   e->linear = nullptr;
   e->quadratic = nullptr;

@@ -1,20 +1,13 @@
 // The `expression` object: a constant, a linear part and a quadratic part,
-// each part ordered by variable identifier.
-//
-// The parts are kept as vectors with a sorted, duplicate-free prefix and an
-// unsorted tail of recent insertions. Adding is a push onto the tail; the
-// tail is sorted and merged into the prefix (adding coefficients of equal
-// keys in insertion order) before the part is read, and whenever it has
-// grown larger than the prefix. Accumulating n terms therefore costs
-// O(n log n) at most, whatever the order of the variables.
+// each part ordered by variable identifier (see model/entry_part.h).
 #pragma once
 
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <vector>
+
+#include "model/entry_part.h"
 
 namespace zrv {
 
@@ -46,111 +39,31 @@ struct QuadEntry {
   }
 };
 
-template <class Entry>
-class Part {
- public:
-  Part() = default;
-  Part(const Part &) = delete;
-  Part &operator=(const Part &) = delete;
-  ~Part() {
-    for (const Entry &e : items_) e.Release();
-  }
-  // Takes over the references held by e.
-  void Push(const Entry &e) {
-    items_.push_back(e);
-    if (items_.size() - sorted_ > std::max<size_t>(sorted_, 1024)) Normalise();
-  }
-  // Sorted by key, one entry per key.
-  const std::vector<Entry> &Items() {
-    Normalise();
-    return items_;
-  }
-  // Entries as inserted (keys may repeat); for merging into another part.
-  const std::vector<Entry> &Raw() const { return items_; }
-  std::vector<Entry> &MutableRaw() { return items_; }
-  bool Empty() const { return items_.empty(); }
-  void Reserve(size_t n) { items_.reserve(n); }
-  void Normalise();
-  // Appends the entries of src times factor, taking new references. An
-  // empty part takes over src's order as it is: a copy of an ordered part
-  // is ordered without sorting it again.
-  void AppendScaled(const Part &src, double factor);
-
- private:
-  std::vector<Entry> items_;
-  size_t sorted_ = 0;
-};
-
 using LinearPart = Part<LinEntry>;
 using QuadraticPart = Part<QuadEntry>;
-
-template <class Entry>
-void Part<Entry>::AppendScaled(const Part &src, double factor) {
-  const bool was_empty = items_.empty();
-  items_.reserve(items_.size() + src.items_.size());  // the only step that can throw
-  for (Entry y : src.items_) {
-    y.coef *= factor;
-    y.Retain();
-    items_.push_back(y);
-  }
-  if (was_empty)
-    sorted_ = src.sorted_;
-  else if (items_.size() - sorted_ > std::max<size_t>(sorted_, 1024))
-    Normalise();
-}
-
-template <class Entry>
-void Part<Entry>::Normalise() {
-  size_t n = items_.size();
-  if (sorted_ == n) return;
-  auto tail = items_.begin() + static_cast<std::ptrdiff_t>(sorted_);
-  if (!std::is_sorted(tail, items_.end())) std::stable_sort(tail, items_.end());
-  // Fast case: the tail continues the prefix.
-  if (sorted_ == 0 || *(tail - 1) < *tail) {
-    size_t w = sorted_;
-    for (size_t r = sorted_; r < n; ++r) {
-      if (w > sorted_ && items_[w - 1].SameKey(items_[r])) {
-        items_[w - 1].coef += items_[r].coef;
-        items_[r].Release();
-      } else {
-        items_[w++] = items_[r];
-      }
-    }
-    items_.resize(w);
-    sorted_ = w;
-    return;
-  }
-  // General case: merge the prefix and the sorted tail; for equal keys the
-  // prefix comes first, then the tail in insertion order.
-  std::vector<Entry> out;
-  out.reserve(n);
-  size_t i = 0, j = sorted_;
-  while (i < sorted_ || j < n) {
-    const Entry &e = (j >= n || (i < sorted_ && !(items_[j] < items_[i]))) ? items_[i++] : items_[j++];
-    if (!out.empty() && out.back().SameKey(e)) {
-      out.back().coef += e.coef;
-      e.Release();
-    } else {
-      out.push_back(e);
-    }
-  }
-  items_.swap(out);
-  sorted_ = items_.size();
-}
+using LinearEntries = EntryView<LinEntry>;
+using QuadraticEntries = EntryView<QuadEntry>;
 
 }  // namespace zrv
 
 struct ExpressionObject {
   PyObject_HEAD
   double constant;
-  zrv::LinearPart *linear;        // null when empty
+  zrv::LinearPart *linear;        // null when empty, else linear_store
   zrv::QuadraticPart *quadratic;  // null when empty
   uint64_t reserved;
+  // The linear part lives in the object: nearly every expression has one,
+  // and this saves an allocation and an indirection per expression.
+  alignas(zrv::LinearPart) unsigned char linear_store[sizeof(zrv::LinearPart)];
 };
 
 namespace zrv {
 
 inline ExpressionObject *AsExpression(PyObject *o) { return reinterpret_cast<ExpressionObject *>(o); }
+
+// The parts of e, created empty on first use.
+LinearPart &LinearOf(ExpressionObject *e);
+QuadraticPart &QuadraticOf(ExpressionObject *e);
 
 // An expression without linear and quadratic entries.
 bool ExpressionIsConstant(PyObject *e);
@@ -178,9 +91,9 @@ PyObject *CopyScaled(PyObject *o, double factor);
 // node; right is added with the factor (1.0 or -1.0). New reference.
 PyObject *Accumulate(PyObject *left, PyObject *right, double factor);
 
-// Ordered entries of the parts (empty vectors when absent).
-const std::vector<LinEntry> &ExpressionLinear(PyObject *e);
-const std::vector<QuadEntry> &ExpressionQuadratic(PyObject *e);
+// Ordered entries of the parts (empty when absent); valid until e changes.
+LinearEntries ExpressionLinear(PyObject *e);
+QuadraticEntries ExpressionQuadratic(PyObject *e);
 
 // Multiplies the constant and every coefficient of e in place.
 void ExpressionScaleInPlace(PyObject *e, double factor);

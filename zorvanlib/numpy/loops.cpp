@@ -89,14 +89,21 @@ int ComparisonOf(int op) {
 }
 
 
-// How many rows ahead the variables of an expression are fetched.
-constexpr npy_intp kPrefetchAhead = 4;
-
-// Asks the processor to bring the variables of an expression's linear part
-// into cache, to be written (their reference counts change).
-inline void PrefetchVariables(PyObject *e) {
-  if (!e || Py_TYPE(e) != &ExpressionType || !AsExpression(e)->linear) return;
-  for (const LinEntry &x : AsExpression(e)->linear->Raw()) __builtin_prefetch(x.var, 1, 3);
+// Expressions lie scattered in memory, and so do the blocks of entries
+// that their copies share (each copy counts itself on the block): fetch
+// the expression of a later row, and the block of a nearer one.
+inline void PrefetchExpressions(char *base, npy_intp step, npy_intp i, npy_intp n) {
+  if (i + 8 < n) {
+    PyObject *e = ObjectAt(base + 8 * step);
+    if (e) __builtin_prefetch(e);
+  }
+  if (i + 4 < n) {
+    PyObject *e = ObjectAt(base + 4 * step);
+    if (e && Py_TYPE(e) == &ExpressionType && AsExpression(e)->linear) {
+      const void *block = AsExpression(e)->linear->Storage();
+      if (block) __builtin_prefetch(block, 1, 3);
+    }
+  }
 }
 
 template <bool LeftDouble, bool RightDouble>
@@ -114,9 +121,7 @@ void BinaryLoop(char **args, npy_intp const *dims, npy_intp const *steps, void *
       const int obj = LeftDouble ? 1 : 0;
       const npy_intp step = steps[obj];
       for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
-        // The copies take references to the variables, scattered in memory:
-        // fetch those of a later row while this one is made.
-        if (i + kPrefetchAhead < n) PrefetchVariables(ObjectAt((obj ? b : a) + kPrefetchAhead * step));
+        PrefetchExpressions(obj ? b : a, step, i, n);
         PyObject *e = ObjectAt(obj ? b : a);
         PyObject *r;
         if (e && Py_TYPE(e) == &ExpressionType) {

@@ -138,7 +138,7 @@ int Decompose(ColumnLookup &cols, PyObject *body, RowBatch &b, double *constant)
     case KindExpression: {
       *constant = AsExpression(body)->constant;
       // Straight from the expression's ordered entries, by their identifiers.
-      const std::vector<LinEntry> &lin = ExpressionLinear(body);
+      const LinearEntries &lin = ExpressionLinear(body);
       for (const LinEntry &e : lin)
         if (AddLinear(cols, b, e.var, e.id, e.coef) < 0) return -1;
       for (const QuadEntry &e : ExpressionQuadratic(body))
@@ -241,16 +241,11 @@ void PrefetchRow(PyObject *const *items, Py_ssize_t n, Py_ssize_t i) {
     PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 8])->body;
     if (body) __builtin_prefetch(body);
   }
-  if (i + 6 < n && Py_TYPE(items[i + 6]) == &ConstraintType) {
-    PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 6])->body;
-    if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear)
-      __builtin_prefetch(AsExpression(body)->linear);
-  }
   if (i + 4 < n && Py_TYPE(items[i + 4]) == &ConstraintType) {
     PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 4])->body;
     if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear) {
-      const auto &raw = AsExpression(body)->linear->Raw();
-      if (!raw.empty()) __builtin_prefetch(raw.data());
+      const void *entries = AsExpression(body)->linear->Storage();
+      if (entries) __builtin_prefetch(entries);
     }
   }
 }
@@ -385,7 +380,7 @@ int Condition(ProblemObject *p, PyObject *cond, int *col, int *flag) {
                         "quadratic expression");
         return -1;
       }
-      const std::vector<LinEntry> &lin = ExpressionLinear(body);
+      const LinearEntries &lin = ExpressionLinear(body);
       if (lin.size() != 1) {
         PyErr_SetString(ModelError,
                         "Invalid condition for indicator constraints: there must be exactly "

@@ -72,7 +72,7 @@ int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
   }
   if (PyObject_TypeCheck(o, &ExpressionType)) {
     obj.constant = AsExpression(o)->constant;
-    const std::vector<LinEntry> &lin = ExpressionLinear(o);
+    const LinearEntries &lin = ExpressionLinear(o);
     obj.cols.reserve(lin.size());
     obj.coefs.reserve(lin.size());
     for (const LinEntry &e : lin)

@@ -19,11 +19,16 @@ void check_batch(int n, int64_t ncoefs, const int64_t *start, const int *ind,
   std::vector<int> line;
   for (int j = 0; j < n; ++j) {
     int64_t b = start[j], e = j + 1 < n ? start[j + 1] : ncoefs;
-    line.assign(ind + b, ind + e);
+    // Lines usually come with ascending indices: then they cannot repeat
+    // one and need no sorted copy.
+    bool ascending = true;
     for (int64_t k = b; k < e; ++k) {
       check_index(ind[k], nother, indname, k, what, who);
       check_finite(val[k], "the coefficient array", k, who);
+      if (k > b && ind[k] <= ind[k - 1]) ascending = false;
     }
+    if (ascending) continue;
+    line.assign(ind + b, ind + e);
     std::sort(line.begin(), line.end());
     auto dup = std::adjacent_find(line.begin(), line.end());
     if (dup != line.end())

@@ -35,10 +35,18 @@ int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[]
       }
     }
     int first = m.rows();
+    // The triplets are written in place and the vectors cut to what was
+    // written: zero coefficients are left out.
+    size_t used = m.mval.size();
     reserve_more(m.mrow, ncoefs);
     reserve_more(m.mcol, ncoefs);
     reserve_more(m.mval, ncoefs);
     m.append_rows(nrows);
+    m.mrow.resize(used + ncoefs);  // within the reserved room: cannot throw
+    m.mcol.resize(used + ncoefs);
+    m.mval.resize(used + ncoefs);
+    int *mrow = m.mrow.data(), *mcol = m.mcol.data();
+    double *mval = m.mval.data();
     for (int i = 0; i < nrows; ++i) {
       int r = first + i;
       m.rowtype[r] = rowtype[i];
@@ -49,11 +57,14 @@ int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[]
       int64_t e = i + 1 < nrows ? start[i + 1] : ncoefs;
       for (int64_t k = start[i]; k < e; ++k) {
         if (rowcoef[k] == 0.0) continue;
-        m.mrow.push_back(r);
-        m.mcol.push_back(colind[k]);
-        m.mval.push_back(rowcoef[k]);
+        mrow[used] = r;
+        mcol[used] = colind[k];
+        mval[used++] = rowcoef[k];
       }
     }
+    m.mrow.resize(used);
+    m.mcol.resize(used);
+    m.mval.resize(used);
     p.model_changed();
   });
 }
