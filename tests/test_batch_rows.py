@@ -102,10 +102,11 @@ class TestLargeBatches:
         return a, b
 
     def test_every_row_reaches_the_engine(self):
-        # Enough nonzeros that the columns are read from a table by identifier;
+        # Enough rows and nonzeros that the batch reaches the engine in
+        # several parts and the columns are read from a table by identifier;
         # the variables come from two calls with other variables made between
-        # them, so identifiers have gaps.
-        m, n = 2500, 3000
+        # them, so identifiers have gaps; the problem has rows already.
+        m, n = 40000, 30000
         a, b = self.build(m, n)
         p = quiet()
         x1 = z.vars(n // 2, array=True)
@@ -114,22 +115,50 @@ class TestLargeBatches:
         p.addVariable(x1)
         p.addVariable(x2)
         x = np.concatenate([x1, x2])
+        p.addConstraint(x1[0] + x2[0] <= 7, x1[1] == 2)
         cons = z.Dot(a, x) + 1.0 >= b
         p.addConstraint(cons)
-        assert p.attributes.rows == m and p.getConstraint() == list(cons)
+        assert p.attributes.rows == m + 2 and p.getConstraint()[2:] == list(cons)
 
         got, names = engine_rows(p)
-        dense = a.toarray()
-        for i in (0, 1, m // 2, m - 1, *range(7, m, 97)):
+        assert got[:2] == [("L", 7.0, {0: 1.0, n // 2: 1.0}), ("E", 2.0, {1: 1.0})]
+        got = got[2:]
+        rows = (0, 1, m // 2, m - 1, *range(7, m, 97))
+        dense = a[list(rows)].toarray()
+        for k, i in enumerate(rows):
             t, rhs, entries = got[i]
             assert t == "G" and rhs == pytest.approx(b[i] - 1.0)
-            assert entries == {j: dense[i, j] for j in np.flatnonzero(dense[i])}
-        assert names == [c.name for c in cons]
+            assert entries == {j: dense[k, j] for j in np.flatnonzero(dense[k])}
+        assert names[2:] == [c.name for c in cons]
         assert len(unused) == 50
+
+    def test_quadratic_rows_after_other_rows(self):
+        # Quadratic parts land on their own rows wherever the call starts,
+        # also past the first part of a large batch.
+        p = quiet()
+        x = z.vars(3, array=True)
+        p.addVariable(x)
+        p.addConstraint(x[0] + x[1] <= 10, x[0] - x[1] <= 3)
+        disc = x[0] * x[0] + 3 * x[0] * x[1] <= 4
+        p.addConstraint(disc)
+        many = [x[0] + x[2] <= float(i) for i in range(20000)] + [x[2] * x[2] + x[0] <= 9]
+        p.addConstraint(many)
+        assert p.attributes.rows == 3 + 20001 and p.attributes.qconstraints == 2
+
+        def quadratic(row):
+            a, b, v = [], [], []
+            p.getqrowqmatrixtriplets(row, a, b, v)
+            return sorted((p.getIndex(u), p.getIndex(w), c) for u, w, c in zip(a, b, v))
+        assert quadratic(disc) == [(0, 0, 1.0), (0, 1, 1.5)]
+        assert quadratic(many[-1]) == [(2, 2, 1.0)]
+        assert all(quadratic(r) == [] for r in (0, 1, 3, 20002))
+        assert p.getIndex(many[-1]) == 20003
 
     @pytest.mark.parametrize("where", ["inside", "after"])
     def test_a_foreign_variable_refuses_the_whole_batch(self, where):
-        m, n = 2000, 2000
+        # "after": the bad row comes after parts of the batch have reached
+        # the engine, which must give them back.
+        m, n = 40000, 20000
         a, b = self.build(m, n)
         p = quiet()
         x = z.vars(n, array=True)

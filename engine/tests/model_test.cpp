@@ -1,6 +1,7 @@
 // Model storage through the entry points: bulk adds read back, deletions that
 // keep matrix, names, sets, indicators and quadratic parts consistent, and
 // bad input that fails with a text naming the argument and changes nothing.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -210,6 +211,9 @@ TEST_F(SmallModel, BadInputFailsAndChangesNothing) {
   char L = 'L', X = 'X';
   expect_failure(ZRVSaddcols64(prob, -1, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
                  "ncols is negative");
+  expect_failure(ZRVSreserve(prob, -1, 0, 0), "ZRVSreserve: nrows is negative");
+  expect_failure(ZRVSreserve(prob, 0, -2, 0), "ncols is negative");
+  expect_failure(ZRVSreserve(prob, 0, 0, -3), "ncoefs is negative");
   expect_failure(ZRVSaddcols64(prob, 1, 1, nullptr, &zero, &bad, &one, nullptr, nullptr),
                  "rowind[0] = 7");
   expect_failure(ZRVSaddcols64(prob, 1, 0, nullptr, nullptr, nullptr, nullptr, &nan, nullptr),
@@ -267,6 +271,9 @@ TEST_F(ModelTest, ManyBatchesOfColumnsAndRows) {
   std::vector<double> val(per, 1);
   std::vector<char> types(per, 'L');
   std::vector<double> rhs(per, 1);
+  // Room made for the first half only: the second half grows the arrays.
+  ASSERT_EQ(ZRVSreserve(prob, batches * per / 2, batches * per / 2, batches * per / 2), 0);
+  EXPECT_EQ(int_attrib(ZRVS_ROWS) + int_attrib(ZRVS_COLS) + int64_attrib(ZRVS_ELEMS), 0);
   for (int b = 0; b < batches; ++b) {
     int first = b * per;
     ASSERT_EQ(ZRVSaddcols64(prob, per, 0, obj.data(), nullptr, nullptr, nullptr, lb.data(),
@@ -288,6 +295,33 @@ TEST_F(ModelTest, ManyBatchesOfColumnsAndRows) {
   ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
   optimize();
   EXPECT_NEAR(dbl_attrib(ZRVS_LPOBJVAL), batches * per, 1e-6);
+}
+
+// Rows whose columns come in any order: ascending ones, others that are
+// checked for repeats after sorting, and a repeat that is refused.
+TEST_F(ModelTest, RowsWithColumnsInAnyOrder) {
+  double obj[4] = {0, 0, 0, 0};
+  ASSERT_EQ(ZRVSaddcols64(prob, 4, 0, obj, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+  char types[3] = {'L', 'L', 'L'};
+  double rhs[3] = {1, 2, 3};
+  int64_t start[3] = {0, 3, 6};
+  int ind[8] = {0, 2, 3, 3, 1, 0, 2, 1};
+  double val[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+  ASSERT_EQ(ZRVSaddrows64(prob, 3, 8, types, rhs, nullptr, start, ind, val), 0) << last_error();
+  int64_t s[4], n = 0;
+  int col[8];
+  double v[8];
+  ASSERT_EQ(ZRVSgetrows64(prob, s, col, v, 8, &n, 0, 2), 0);
+  ASSERT_EQ(n, 8);
+  std::vector<std::pair<int, double>> row1;
+  for (int64_t k = s[1]; k < s[2]; ++k) row1.emplace_back(col[k], v[k]);
+  std::sort(row1.begin(), row1.end());
+  EXPECT_EQ(row1, (std::vector<std::pair<int, double>>{{0, 6}, {1, 5}, {3, 4}}));
+  int again[3] = {2, 0, 2};
+  int64_t zero = 0;
+  expect_failure(ZRVSaddrows64(prob, 1, 3, types, rhs, nullptr, &zero, again, val),
+                 "entry 0 of the batch has two coefficients for column 2");
+  EXPECT_EQ(int_attrib(ZRVS_ROWS), 3);
 }
 
 }  // namespace

@@ -25,19 +25,33 @@ namespace {
 
 constexpr uint64_t kConNameStored = uint64_t{1} << 63;
 
-// The rows of one call, laid out as the engine takes them.
+// A chunk of the rows of one call, laid out as the engine takes them.
+// Large calls go to the engine in chunks of bounded size: the chunk's
+// arrays are reused, so they stay in cache instead of growing into a copy
+// of the whole matrix beside the engine's own.
 struct RowBatch {
+  static constexpr size_t kChunkEntries = size_t{1} << 16;
+  static constexpr size_t kChunkRows = size_t{1} << 14;
+
   std::vector<char> type;
   std::vector<double> rhs, range;
   std::vector<int64_t> start{0};
   std::vector<int> cols;
   std::vector<double> coefs;
   std::string names;
-  // Quadratic parts: the row (offset in the batch) and its entries.
+  // Quadratic parts: the row (offset in the chunk) and its entries.
   std::vector<int> qrows;
   std::vector<size_t> qstart;  // offsets into q1/q2/qv, one past each row's last
   std::vector<int> q1, q2;
   std::vector<double> qv;
+
+  int rows() const { return static_cast<int>(type.size()); }
+  bool Full() const { return cols.size() >= kChunkEntries || type.size() >= kChunkRows; }
+  void Clear() {
+    type.clear(), rhs.clear(), range.clear(), cols.clear(), coefs.clear(), names.clear();
+    start.assign(1, 0);
+    qrows.clear(), qstart.clear(), q1.clear(), q2.clear(), qv.clear();
+  }
 };
 
 // Columns of variables by identifier for one batch. A batch that looks up
@@ -178,7 +192,7 @@ int AppendName(uint64_t word, std::string &names) {
   return s ? 0 : -1;
 }
 
-// Checks one constraint and adds it as row `row` of the batch.
+// Checks one constraint and adds it to the batch as row `row` of the problem.
 int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch &b) {
   if (Py_TYPE(o) != &ConstraintType) {
     PyErr_SetString(ModelError, "Invalid constraint");
@@ -203,7 +217,7 @@ int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch 
     return -1;
   }
   if (b.qv.size() > qbefore) {
-    b.qrows.push_back(row);
+    b.qrows.push_back(b.rows());
     b.qstart.push_back(b.qv.size());
   }
   double lb = ConGetLb(c->word), ub = ConGetUb(c->word);
@@ -250,14 +264,17 @@ void PrefetchRow(PyObject *const *items, Py_ssize_t n, Py_ssize_t i) {
   }
 }
 
-int SendRows(ProblemObject *p, int first, const RowBatch &b, bool *added) {
+// Sends the chunk as rows first.. of the problem; *sent counts the rows
+// that reached the engine (to be taken back if anything fails).
+int SendRows(ProblemObject *p, int first, const RowBatch &b, int *sent) {
   ZRVSprob prob = p->prob;
-  const int n = static_cast<int>(b.type.size());
+  const int n = b.rows();
+  if (n == 0) return 0;
   int rc = CallUnlocked(ZRVSaddrows64, prob, n, static_cast<int64_t>(b.cols.size()),
                         b.type.data(), b.rhs.data(), b.range.data(), b.start.data(),
                         b.cols.data(), b.coefs.data());
   if (rc != 0) return -1;
-  *added = true;
+  *sent += n;
   rc = CallUnlocked(ZRVSaddnames, prob, 1, b.names.data(), first, first + n - 1);
   size_t from = 0;
   for (size_t k = 0; rc == 0 && k < b.qrows.size(); ++k) {
@@ -267,6 +284,18 @@ int SendRows(ProblemObject *p, int first, const RowBatch &b, bool *added) {
     from = to;
   }
   return rc == 0 ? 0 : -1;
+}
+
+// Takes the first `sent` rows of the call back out of the engine, keeping
+// the error already raised.
+void TakeBack(ProblemObject *p, int first, int sent) {
+  if (sent <= 0) return;
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  std::vector<int> rows(static_cast<size_t>(sent));
+  for (size_t k = 0; k < rows.size(); ++k) rows[k] = first + static_cast<int>(k);
+  CallUnlocked(ZRVSdelrows, p->prob, sent, static_cast<const int *>(rows.data()));
+  PyErr_Restore(type, value, traceback);
 }
 
 }  // namespace
@@ -282,53 +311,52 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     return -1;
   }
   const Py_ssize_t listed = PyList_GET_SIZE(p->conlist);
-  RowBatch b;
-  b.type.reserve(static_cast<size_t>(n));
-  b.rhs.reserve(static_cast<size_t>(n));
-  b.range.reserve(static_cast<size_t>(n));
-  b.start.reserve(static_cast<size_t>(n) + 1);
-  b.names.reserve(static_cast<size_t>(n) * 8);
-  // Room for all linear entries at once: the batch can hold millions.
-  size_t entries = 0;
+  // The engine makes room for all rows and linear entries at once, so that
+  // the chunks do not regrow its arrays.
+  int64_t entries = 0;
   for (Py_ssize_t i = 0; i < n; ++i) {
     PyObject *body = Py_TYPE(items[i]) == &ConstraintType
                          ? reinterpret_cast<ConstraintObject *>(items[i])->body
                          : nullptr;
     if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear)
-      entries += AsExpression(body)->linear->Raw().size();
+      entries += static_cast<int64_t>(AsExpression(body)->linear->Raw().size());
   }
-  try {
-    b.cols.reserve(entries);
-    b.coefs.reserve(entries);
-  } catch (const std::bad_alloc &) {
-    PyErr_NoMemory();
+  if (CallUnlocked(ZRVSreserve, p->prob, static_cast<int>(n), 0, entries) != 0) {
+    ReportError(reinterpret_cast<PyObject *>(p), nullptr);
     return -1;
   }
+  RowBatch b;
+  const size_t chunk_rows = std::min(static_cast<size_t>(n), RowBatch::kChunkRows);
+  const size_t chunk_entries = std::min(static_cast<size_t>(entries), RowBatch::kChunkEntries);
   try {
+    b.type.reserve(chunk_rows);
+    b.rhs.reserve(chunk_rows);
+    b.range.reserve(chunk_rows);
+    b.start.reserve(chunk_rows + 1);
+    b.names.reserve(chunk_rows * 8);
+    // A chunk ends after the row that fills it: room for one long row more.
+    b.cols.reserve(chunk_entries + 256);
+    b.coefs.reserve(chunk_entries + 256);
     p->rowmap->reserve(p->rowmap->size() + static_cast<size_t>(n));
   } catch (const std::bad_alloc &) {
     PyErr_NoMemory();
     return -1;
   }
   ColumnLookup cols(p->colmap);
+  int sent = 0;  // rows already in the engine
   for (Py_ssize_t i = 0; i < n; ++i) {
     PrefetchRow(items, n, i);
-    if (Record(p, cols, items[i], first + static_cast<int>(i), b) < 0) {
+    int rc = Record(p, cols, items[i], first + static_cast<int>(i), b);
+    if (rc == 0 && (b.Full() || i + 1 == n)) {
+      rc = SendRows(p, first + sent, b, &sent);
+      if (rc < 0) ReportError(reinterpret_cast<PyObject *>(p), nullptr);
+      b.Clear();
+    }
+    if (rc < 0) {
+      TakeBack(p, first, sent);
       ForgetTail(p, ObjectKind::Constraint, listed);
       return -1;
     }
-  }
-  bool added = false;
-  if (SendRows(p, first, b, &added) < 0) {
-    ReportError(reinterpret_cast<PyObject *>(p), nullptr);
-    if (added) {
-      std::vector<int> rows(static_cast<size_t>(n));
-      for (size_t k = 0; k < rows.size(); ++k) rows[k] = first + static_cast<int>(k);
-      CallUnlocked(ZRVSdelrows, p->prob, static_cast<int>(rows.size()),
-                   static_cast<const int *>(rows.data()));
-    }
-    ForgetTail(p, ObjectKind::Constraint, listed);
-    return -1;
   }
   return 0;
 }

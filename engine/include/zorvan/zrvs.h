@@ -368,6 +368,10 @@ ZRVS_API int ZRVSgetstringattrib(ZRVSprob prob, int attrib, char *value, int max
  * row) as start[j] .. start[j+1]-1, the last line ending at ncoefs; a line
  * must not name one row or column twice. Zero coefficients are not stored. */
 
+/* Makes room for nrows more rows, ncols more columns and ncoefs more
+ * matrix coefficients, so that adding them over several calls grows no
+ * array of the model again. Changes nothing else. */
+ZRVS_API int ZRVSreserve(ZRVSprob prob, int nrows, int ncols, int64_t ncoefs);
 /* Appends ncols columns. objcoef, lb, ub may be NULL (0, 0, +infinity);
  * start, rowind, rowcoef may be NULL when ncoefs is 0. New columns are 'C'. */
 ZRVS_API int ZRVSaddcols64(ZRVSprob prob, int ncols, int64_t ncoefs, const double objcoef[],

@@ -83,6 +83,21 @@ QForm renumber_form(const QForm &q, const std::vector<int> &map) {
 Compressed Model::by_columns() const { return compress(cols(), mcol, mrow, mval); }
 Compressed Model::by_rows() const { return compress(rows(), mrow, mcol, mval); }
 
+void Model::reserve(size_t rows, size_t cols, size_t entries) {
+  auto more = [](auto &v, size_t n) { v.reserve(v.size() + n); };
+  if (rows) {
+    more(rowtype, rows), more(rhs, rows), more(range, rows);
+    more(indcol, rows), more(indflag, rows);
+    rownames.reserve_more(rows);
+  }
+  if (cols) {
+    more(lb, cols), more(ub, cols), more(limit, cols), more(coltype, cols);
+    for (Objective &o : objectives) more(o.coef, cols);
+    colnames.reserve_more(cols);
+  }
+  if (entries) more(mrow, entries), more(mcol, entries), more(mval, entries);
+}
+
 void Model::append_columns(int n) {
   size_t size = lb.size() + n;
   lb.resize(size, 0.0);

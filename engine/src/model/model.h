@@ -20,6 +20,7 @@ class Names {
   explicit Names(char prefix) : prefix_(prefix) {}
   // New entries are unnamed, so the name index stays valid.
   void append_unnamed(size_t n) { names_.resize(names_.size() + n); }
+  void reserve_more(size_t n) { names_.reserve(names_.size() + n); }
   // Keeps a built index up to date, so that naming entries one by one while
   // looking names up stays linear.
   void set(size_t i, std::string name);
@@ -132,6 +133,8 @@ struct Model {
   Compressed by_columns() const;
   Compressed by_rows() const;
 
+  // Room for that many more rows, columns and matrix entries.
+  void reserve(size_t rows, size_t cols, size_t entries);
   // Appends columns or rows (bounds and types defaulted; names unnamed).
   void append_columns(int n);
   void append_rows(int n);

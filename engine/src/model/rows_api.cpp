@@ -9,6 +9,17 @@ using namespace zorvan;
 
 extern "C" {
 
+int ZRVSreserve(ZRVSprob prob, int nrows, int ncols, int64_t ncoefs) {
+  const char *who = "ZRVSreserve";
+  return problem_call(prob, who, [&](zrvs_problem &p) {
+    check_count(nrows, "nrows", who);
+    check_count(ncols, "ncols", who);
+    check_count(ncoefs, "ncoefs", who);
+    p.model.reserve(static_cast<size_t>(nrows), static_cast<size_t>(ncols),
+                    static_cast<size_t>(ncoefs));
+  });
+}
+
 int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[],
                   const double rhs[], const double rng[], const int64_t start[],
                   const int colind[], const double rowcoef[]) {
