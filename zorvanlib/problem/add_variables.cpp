@@ -21,7 +21,8 @@ constexpr char kColumnTypes[] = {'C', 'B', 'I', 'S', 'R', 'P'};
 // Everything the engine needs about the new columns.
 struct ColumnBatch {
   std::vector<double> lb, ub;
-  std::vector<char> type;
+  std::vector<int> type_cols;  // columns that are not continuous, and their types
+  std::vector<char> types;
   std::string names;  // NUL-terminated names one after another
   std::vector<int> limit_cols;
   std::vector<double> limits;
@@ -59,28 +60,9 @@ int AppendName(uint64_t word, std::string &names) {
   return 0;
 }
 
-// Checks one variable and records it as column `col`.
-int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
-  if (Py_TYPE(o) != &VarType) {
-    PyErr_SetString(ModelError, "Incorrect objects added as variables to problem");
-    return -1;
-  }
-  uint64_t word = VarWordOf(o);
-  if (word == 0) {
-    PyErr_SetString(ModelError, "Variable is not initialized");
-    return -1;
-  }
-  if (p->colmap->count(VarId(word))) {
-    PyErr_SetString(ModelError, "Variable already added to problem");
-    return -1;
-  }
-  int type = VarType_(word);
-  if (type < 0 || type > 5) {
-    PyErr_SetString(ModelError,
-                    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, "
-                    "etc.");
-    return -1;
-  }
+// The column's bounds, type, threshold and name into the batch.
+int RecordColumn(ProblemObject *p, PyObject *o, uint64_t word, int type, int col,
+                 ColumnBatch &batch) {
   double lb = VarGetLb(word), ub = VarGetUb(word);
   if (type >= 3) {
     double threshold = VarGetThreshold(word);
@@ -100,29 +82,57 @@ int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
     batch.bound_types.insert(batch.bound_types.end(), {'L', 'U'});
     batch.bound_values.insert(batch.bound_values.end(), {lb, ub});
   }
+  if (type != 0) {  // new columns are continuous
+    batch.type_cols.push_back(col);
+    batch.types.push_back(kColumnTypes[type]);
+  }
   batch.lb.push_back(lb);
   batch.ub.push_back(ub);
-  batch.type.push_back(kColumnTypes[type]);
-  if (PyList_Append(p->varlist, o) < 0) return -1;
-  (*p->colmap)[VarId(word)] = col;
+  return PyList_Append(p->varlist, o);
+}
+
+// Checks one variable and records it as column `col`.
+int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
+  if (Py_TYPE(o) != &VarType) {
+    PyErr_SetString(ModelError, "Incorrect objects added as variables to problem");
+    return -1;
+  }
+  uint64_t word = VarWordOf(o);
+  if (word == 0) {
+    PyErr_SetString(ModelError, "Variable is not initialized");
+    return -1;
+  }
+  int type = VarType_(word);
+  if (type < 0 || type > 5) {
+    PyErr_SetString(ModelError,
+                    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, "
+                    "etc.");
+    return -1;
+  }
+  // Recorded now (one hash operation); undone below if the column fails.
+  if (!p->colmap->try_emplace(VarId(word), col).second) {
+    PyErr_SetString(ModelError, "Variable already added to problem");
+    return -1;
+  }
+  if (RecordColumn(p, o, word, type, col, batch) < 0) {
+    p->colmap->erase(VarId(word));
+    return -1;
+  }
   return 0;
 }
 
 int SendColumns(ProblemObject *p, int first, const ColumnBatch &batch, bool *added) {
   const int n = static_cast<int>(batch.lb.size());
   ZRVSprob prob = p->prob;
-  // Zero starts and zero objective coefficients alike.
-  std::vector<double> zeros(static_cast<size_t>(n) + 1, 0.0);
-  std::vector<int64_t> starts(static_cast<size_t>(n) + 1, 0);
-  std::vector<int> cols(static_cast<size_t>(n));
-  for (int j = 0; j < n; ++j) cols[static_cast<size_t>(j)] = first + j;
-  int rc = CallUnlocked(ZRVSaddcols64, prob, n, int64_t{0}, zeros.data(), starts.data(),
-                        static_cast<const int *>(nullptr), static_cast<const double *>(nullptr),
-                        batch.lb.data(), batch.ub.data());
+  // No objective coefficients and no matrix entries yet.
+  int rc = CallUnlocked(ZRVSaddcols64, prob, n, int64_t{0}, static_cast<const double *>(nullptr),
+                        static_cast<const int64_t *>(nullptr), static_cast<const int *>(nullptr),
+                        static_cast<const double *>(nullptr), batch.lb.data(), batch.ub.data());
   if (rc != 0) return -1;
   *added = true;
-  rc = CallUnlocked(ZRVSchgcoltype, prob, n, static_cast<const int *>(cols.data()),
-                    batch.type.data());
+  if (!batch.type_cols.empty())
+    rc = CallUnlocked(ZRVSchgcoltype, prob, static_cast<int>(batch.type_cols.size()),
+                      static_cast<const int *>(batch.type_cols.data()), batch.types.data());
   if (rc == 0)
     rc = CallUnlocked(ZRVSaddnames, prob, 2, batch.names.data(), first, first + n - 1);
   if (rc == 0 && !batch.limit_cols.empty())
@@ -150,7 +160,6 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   ColumnBatch batch;
   batch.lb.reserve(static_cast<size_t>(n));
   batch.ub.reserve(static_cast<size_t>(n));
-  batch.type.reserve(static_cast<size_t>(n));
   batch.names.reserve(static_cast<size_t>(n) * 8);
   try {
     p->colmap->reserve(p->colmap->size() + static_cast<size_t>(n));
