@@ -92,8 +92,8 @@ int Degree(PyObject *o, OperandKind k) {
     case KindQuadTerm: return 2;
     case KindExpression: {
       ExpressionObject *e = AsExpression(o);
-      if (e->quadratic && !e->quadratic->Empty()) return 2;
-      if (e->linear && !e->linear->Empty()) return 1;
+      if (!e->quadratic.Empty()) return 2;
+      if (!e->linear.Empty()) return 1;
       return 0;
     }
     default: return 0;
@@ -181,7 +181,7 @@ PyObject *PolyProduct(PyObject *a, OperandKind ka, PyObject *b, OperandKind kb) 
           QuadEntry q = x.id <= y.id ? QuadEntry{x.id, y.id, x.var, y.var, x.coef * y.coef}
                                      : QuadEntry{y.id, x.id, y.var, x.var, x.coef * y.coef};
           q.Retain();
-          e->quadratic->Push(q);
+          e->quadratic.Push(q);
         }
       }
     }

@@ -23,8 +23,8 @@ namespace {
 
 PyNumberMethods ExpressionNumberMethods{};
 
-LinearPart &Linear(ExpressionObject *e) { return LinearOf(e); }
-QuadraticPart &Quadratic(ExpressionObject *e) { return QuadraticOf(e); }
+LinearPart &Linear(ExpressionObject *e) { return e->linear; }
+QuadraticPart &Quadratic(ExpressionObject *e) { return e->quadratic; }
 
 QuadEntry QuadPair(PyObject *a, PyObject *b, double coef) {
   uint64_t ia = VarIdOf(a), ib = VarIdOf(b);
@@ -41,19 +41,9 @@ bool HasNonzero(const LinearEntries &lin, const QuadraticEntries &quad) {
 
 }  // namespace
 
-LinearPart &LinearOf(ExpressionObject *e) {
-  if (!e->linear) e->linear = new (e->linear_store) LinearPart();
-  return *e->linear;
-}
-
-QuadraticPart &QuadraticOf(ExpressionObject *e) {
-  if (!e->quadratic) e->quadratic = new QuadraticPart();
-  return *e->quadratic;
-}
-
 bool ExpressionIsConstant(PyObject *o) {
   ExpressionObject *e = AsExpression(o);
-  return (!e->linear || e->linear->Empty()) && (!e->quadratic || e->quadratic->Empty());
+  return e->linear.Empty() && e->quadratic.Empty();
 }
 
 PyObject *NewExpression(double constant) {
@@ -101,10 +91,8 @@ int ExpressionAddQuadratic(PyObject *e, PyObject *a, PyObject *b, double coef) {
 void ExpressionScaleInPlace(PyObject *o, double factor) {
   ExpressionObject *e = AsExpression(o);
   e->constant *= factor;
-  if (e->linear)
-    for (LinEntry &x : e->linear->MutableRaw()) x.coef *= factor;
-  if (e->quadratic)
-    for (QuadEntry &q : e->quadratic->MutableRaw()) q.coef *= factor;
+  for (LinEntry &x : e->linear.MutableRaw()) x.coef *= factor;
+  for (QuadEntry &q : e->quadratic.MutableRaw()) q.coef *= factor;
 }
 
 int ExpressionAddScaled(PyObject *o, PyObject *other, double factor) {
@@ -133,9 +121,8 @@ int ExpressionAddScaled(PyObject *o, PyObject *other, double factor) {
       ExpressionObject *src = AsExpression(other);
       e->constant += factor * src->constant;
       try {
-        if (src->linear && !src->linear->Empty()) Linear(e).AppendScaled(*src->linear, factor);
-        if (src->quadratic && !src->quadratic->Empty())
-          Quadratic(e).AppendScaled(*src->quadratic, factor);
+        e->linear.AppendScaled(src->linear, factor);
+        e->quadratic.AppendScaled(src->quadratic, factor);
       } catch (const std::bad_alloc &) {
         PyErr_SetString(ModelError, "Error adding expressions");
         return -1;
@@ -171,11 +158,11 @@ PyObject *CopyScaled(PyObject *o, double f) {
       try {
         // An unscaled copy takes the ordered entries whole; a scaled one
         // leaves out coefficients that become zero.
-        if (exact && src->linear && !src->linear->Empty()) {
-          src->linear->Normalise();
-          Linear(e).AppendScaled(*src->linear, 1.0);
-        } else if (src->linear && !src->linear->Empty()) {
-          const auto &items = src->linear->Items();
+        if (exact && !src->linear.Empty()) {
+          src->linear.Normalise();
+          e->linear.AppendScaled(src->linear, 1.0);
+        } else if (!src->linear.Empty()) {
+          const auto &items = src->linear.Items();
           LinearPart &dst = Linear(e);
           dst.Reserve(items.size());
           for (const LinEntry &x : items) {
@@ -185,11 +172,11 @@ PyObject *CopyScaled(PyObject *o, double f) {
             dst.Push(LinEntry{x.id, x.var, c});
           }
         }
-        if (exact && src->quadratic && !src->quadratic->Empty()) {
-          src->quadratic->Normalise();
-          Quadratic(e).AppendScaled(*src->quadratic, 1.0);
-        } else if (src->quadratic && !src->quadratic->Empty()) {
-          const auto &items = src->quadratic->Items();
+        if (exact && !src->quadratic.Empty()) {
+          src->quadratic.Normalise();
+          e->quadratic.AppendScaled(src->quadratic, 1.0);
+        } else if (!src->quadratic.Empty()) {
+          const auto &items = src->quadratic.Items();
           QuadraticPart &dst = Quadratic(e);
           dst.Reserve(items.size());
           for (const QuadEntry &q : items) {
@@ -248,12 +235,12 @@ PyObject *Accumulate(PyObject *left, PyObject *right, double factor) {
 
 LinearEntries ExpressionLinear(PyObject *o) {
   ExpressionObject *e = AsExpression(o);
-  return e->linear ? e->linear->Items() : LinearEntries{};
+  return e->linear.Items();
 }
 
 QuadraticEntries ExpressionQuadratic(PyObject *o) {
   ExpressionObject *e = AsExpression(o);
-  return e->quadratic ? e->quadratic->Items() : QuadraticEntries{};
+  return e->quadratic.Items();
 }
 
 namespace {
@@ -324,10 +311,8 @@ namespace {
 
 void ExpressionDealloc(PyObject *self) {
   ExpressionObject *e = AsExpression(self);
-  if (e->linear) e->linear->~LinearPart();  // in the object's own storage
-  delete e->quadratic;
-  e->linear = nullptr;
-  e->quadratic = nullptr;
+  e->linear.~LinearPart();  // releases the blocks; the memory goes with the object
+  e->quadratic.~QuadraticPart();
   Py_TYPE(self)->tp_free(self);
 }
 

@@ -49,21 +49,19 @@ using QuadraticEntries = EntryView<QuadEntry>;
 struct ExpressionObject {
   PyObject_HEAD
   double constant;
-  zrv::LinearPart *linear;        // null when empty, else linear_store
-  zrv::QuadraticPart *quadratic;  // null when empty
+  // Each part is one pointer to its block of entries, null when it has
+  // none; a zero-filled new object holds two empty parts.
+  zrv::LinearPart linear;
+  zrv::QuadraticPart quadratic;
   uint64_t reserved;
-  // The linear part lives in the object: nearly every expression has one,
-  // and this saves an allocation and an indirection per expression.
-  alignas(zrv::LinearPart) unsigned char linear_store[sizeof(zrv::LinearPart)];
 };
 
 namespace zrv {
 
 inline ExpressionObject *AsExpression(PyObject *o) { return reinterpret_cast<ExpressionObject *>(o); }
 
-// The parts of e, created empty on first use.
-LinearPart &LinearOf(ExpressionObject *e);
-QuadraticPart &QuadraticOf(ExpressionObject *e);
+inline LinearPart &LinearOf(ExpressionObject *e) { return e->linear; }
+inline QuadraticPart &QuadraticOf(ExpressionObject *e) { return e->quadratic; }
 
 // An expression without linear and quadratic entries.
 bool ExpressionIsConstant(PyObject *e);

@@ -99,8 +99,8 @@ inline void PrefetchExpressions(char *base, npy_intp step, npy_intp i, npy_intp 
   }
   if (i + 4 < n) {
     PyObject *e = ObjectAt(base + 4 * step);
-    if (e && Py_TYPE(e) == &ExpressionType && AsExpression(e)->linear) {
-      const void *block = AsExpression(e)->linear->Storage();
+    if (e && Py_TYPE(e) == &ExpressionType) {
+      const void *block = AsExpression(e)->linear.Storage();
       if (block) __builtin_prefetch(block, 1, 3);
     }
   }

@@ -257,8 +257,8 @@ void PrefetchRow(PyObject *const *items, Py_ssize_t n, Py_ssize_t i) {
   }
   if (i + 4 < n && Py_TYPE(items[i + 4]) == &ConstraintType) {
     PyObject *body = reinterpret_cast<ConstraintObject *>(items[i + 4])->body;
-    if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear) {
-      const void *entries = AsExpression(body)->linear->Storage();
+    if (body && Py_TYPE(body) == &ExpressionType) {
+      const void *entries = AsExpression(body)->linear.Storage();
       if (entries) __builtin_prefetch(entries);
     }
   }
@@ -318,8 +318,8 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     PyObject *body = Py_TYPE(items[i]) == &ConstraintType
                          ? reinterpret_cast<ConstraintObject *>(items[i])->body
                          : nullptr;
-    if (body && Py_TYPE(body) == &ExpressionType && AsExpression(body)->linear)
-      entries += static_cast<int64_t>(AsExpression(body)->linear->Raw().size());
+    if (body && Py_TYPE(body) == &ExpressionType)
+      entries += static_cast<int64_t>(AsExpression(body)->linear.Raw().size());
   }
   if (CallUnlocked(ZRVSreserve, p->prob, static_cast<int>(n), 0, entries) != 0) {
     ReportError(reinterpret_cast<PyObject *>(p), nullptr);
