@@ -361,15 +361,23 @@ PyObject *Difference(PyObject *a, PyObject *b) {
 
 }  // namespace
 
-PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op) {
+PyObject *UnboundedComparison(PyObject *e, double v, double *rhs) {
   PyObject *body = CopyScaled(e, 1.0);
   if (!body) return nullptr;
-  double rhs = v - AsExpression(body)->constant;
+  *rhs = v - AsExpression(body)->constant;
   AsExpression(body)->constant = 0.0;
-  PyObject *c = NewConstraint(body);
-  if (!c) return nullptr;
+  return NewConstraint(body);
+}
+
+void BoundComparison(PyObject *c, double rhs, int op) {
   if (op != Py_GE) ConSetUb(Con(c)->word, rhs);
   if (op != Py_LE) ConSetLb(Con(c)->word, rhs);
+}
+
+PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op) {
+  double rhs;
+  PyObject *c = UnboundedComparison(e, v, &rhs);
+  if (c) BoundComparison(c, rhs, op);
   return c;
 }
 

@@ -40,5 +40,10 @@ PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op);
 // object or forming the difference: the body is a copy of e without its
 // constant, which moves into the bound.
 PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op);
+// The same in two steps, for loops that set the bounds of many rows
+// together: the constraint without bounds (its right-hand side in *rhs),
+// then its bounds.
+PyObject *UnboundedComparison(PyObject *e, double v, double *rhs);
+void BoundComparison(PyObject *c, double rhs, int op);
 
 }  // namespace zrv

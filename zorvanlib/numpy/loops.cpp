@@ -4,6 +4,7 @@
 // operation means exactly what the same operation on its elements means.
 #include "numpy/npy.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "model/constraint.h"
@@ -120,21 +121,40 @@ void BinaryLoop(char **args, npy_intp const *dims, npy_intp const *steps, void *
       if (LeftDouble) cmp = cmp == Py_LE ? Py_GE : cmp == Py_GE ? Py_LE : Py_EQ;
       const int obj = LeftDouble ? 1 : 0;
       const npy_intp step = steps[obj];
-      for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
-        PrefetchExpressions(obj ? b : a, step, i, n);
-        PyObject *e = ObjectAt(obj ? b : a);
-        PyObject *r;
-        if (e && Py_TYPE(e) == &ExpressionType) {
-          r = CompareExpressionWithNumber(e, DoubleAt(obj ? a : b), cmp);
-        } else {
-          PyObject *x = Element<LeftDouble>(a);
-          PyObject *y = x ? Element<RightDouble>(b) : nullptr;
-          r = y ? Apply(op, x, y) : nullptr;
-          Py_XDECREF(x);
-          Py_XDECREF(y);
+      // Rows are made in blocks and their bounds set after each block: the
+      // bounds go to the module's maps at scattered places, and one tight
+      // loop over a block lets the processor wait for many at once.
+      constexpr npy_intp kBlock = 256;
+      PyObject *made[kBlock];
+      double rhs[kBlock];
+      for (npy_intp i0 = 0; i0 < n; i0 += kBlock) {
+        const npy_intp count = std::min(kBlock, n - i0);
+        npy_intp k = 0;
+        bool failed = false;
+        for (; k < count; ++k, a += steps[0], b += steps[1], out += steps[2]) {
+          PrefetchExpressions(obj ? b : a, step, i0 + k, n);
+          PyObject *e = ObjectAt(obj ? b : a);
+          PyObject *r;
+          made[k] = nullptr;
+          if (e && Py_TYPE(e) == &ExpressionType) {
+            r = UnboundedComparison(e, DoubleAt(obj ? a : b), &rhs[k]);
+            made[k] = r;
+          } else {
+            PyObject *x = Element<LeftDouble>(a);
+            PyObject *y = x ? Element<RightDouble>(b) : nullptr;
+            r = y ? Apply(op, x, y) : nullptr;
+            Py_XDECREF(x);
+            Py_XDECREF(y);
+          }
+          Store(out, r);
+          if (!r) {
+            failed = true;
+            break;
+          }
         }
-        Store(out, r);
-        if (!r) return;
+        for (npy_intp j = 0; j < k; ++j)
+          if (made[j]) BoundComparison(made[j], rhs[j], cmp);
+        if (failed) return;  // NumPy reports the pending error
       }
       return;
     }

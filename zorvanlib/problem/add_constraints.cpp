@@ -192,8 +192,27 @@ int AppendName(uint64_t word, std::string &names) {
   return s ? 0 : -1;
 }
 
-// Checks one constraint and adds it to the batch as row `row` of the problem.
-int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch &b) {
+// The bounds of constraints items[0..n-1] into bounds[2k], bounds[2k+1]
+// (anything else gets no bounds; Record refuses it). The bounds of most
+// rows sit in the module's maps at scattered places: one tight loop over
+// many rows lets the processor wait for many of them at once.
+void FetchBounds(PyObject *const *items, size_t n, double *bounds) {
+  for (size_t k = 0; k < n; ++k) {
+    double lb = -kInfinity, ub = kInfinity;
+    if (Py_TYPE(items[k]) == &ConstraintType) {
+      uint64_t word = reinterpret_cast<ConstraintObject *>(items[k])->word;
+      lb = ConGetLb(word);
+      ub = ConGetUb(word);
+    }
+    bounds[2 * k] = lb;
+    bounds[2 * k + 1] = ub;
+  }
+}
+
+// Checks one constraint with bounds lb..ub and adds it to the batch as row
+// `row` of the problem.
+int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, double lb, double ub, int row,
+           RowBatch &b) {
   if (Py_TYPE(o) != &ConstraintType) {
     PyErr_SetString(ModelError, "Invalid constraint");
     return -1;
@@ -220,7 +239,6 @@ int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, int row, RowBatch 
     b.qrows.push_back(b.rows());
     b.qstart.push_back(b.qv.size());
   }
-  double lb = ConGetLb(c->word), ub = ConGetUb(c->word);
   char type = 'N';
   double rhs = 0.0, range = 0.0;
   if (lb > -kInfinity) {
@@ -343,10 +361,16 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     return -1;
   }
   ColumnLookup cols(p->colmap);
+  constexpr size_t kBoundsAhead = 512;
+  double bounds[2 * kBoundsAhead];
   int sent = 0;  // rows already in the engine
   for (Py_ssize_t i = 0; i < n; ++i) {
+    const size_t k = static_cast<size_t>(i) % kBoundsAhead;
+    if (k == 0)
+      FetchBounds(items + i, std::min(kBoundsAhead, static_cast<size_t>(n - i)), bounds);
     PrefetchRow(items, n, i);
-    int rc = Record(p, cols, items[i], first + static_cast<int>(i), b);
+    int rc = Record(p, cols, items[i], bounds[2 * k], bounds[2 * k + 1],
+                    first + static_cast<int>(i), b);
     if (rc == 0 && (b.Full() || i + 1 == n)) {
       rc = SendRows(p, first + sent, b, &sent);
       if (rc < 0) ReportError(reinterpret_cast<PyObject *>(p), nullptr);
