@@ -115,14 +115,14 @@ def main():
     small = "--small" in sys.argv
     m = n = 10_000 if small else 100_000
     A, cols, vals, b = data(m, n, 10)
-    print(f"A @ x <= b, {m} rows and columns, {A.nnz} nonzeros (best of 3, seconds)")
-    times = {"zorvan": best_of(3, with_zorvan(A, cols, vals, b))}
+    print(f"A @ x <= b, {m} rows and columns, {A.nnz} nonzeros (best of 5, seconds)")
+    times = {"zorvan": best_of(5, with_zorvan(A, cols, vals, b))}
     if not CAN_ADD:
         print("  (zorvan: rows built only; problem.addVariable/addConstraint not available)")
     if linopy is not None:
-        times["linopy"] = best_of(3, with_linopy(A, cols, vals, b))
+        times["linopy"] = best_of(5, with_linopy(A, cols, vals, b))
     if poi is not None:
-        times["pyoptinterface"] = best_of(3, with_pyoptinterface(A, cols, vals, b))
+        times["pyoptinterface"] = best_of(5, with_pyoptinterface(A, cols, vals, b))
     for name, t in times.items():
         print(f"  {name:15s} {t:8.3f}")
     peers = {name: t for name, t in times.items() if name != "zorvan"}

@@ -313,14 +313,21 @@ PyObject *Or(PyObject *, PyObject *args) { return Logical(args, OpOr, "Or"); }
 // --- vars -------------------------------------------------------------------
 
 // The elements of an index set: range(n) for an integer n, else its items.
+// The size of an integer index set, or -1 with an error set.
+Py_ssize_t IndexCount(PyObject *s) {
+  Py_ssize_t n = PyNumber_AsSsize_t(s, PyExc_OverflowError);
+  if (n == -1 && PyErr_Occurred()) return -1;
+  if (n < 0) {
+    PyErr_Format(InterfaceError, "An index set of zorvan.vars cannot have %zd elements", n);
+    return -1;
+  }
+  return n;
+}
+
 PyObject *IndexSet(PyObject *s) {
   if (PyLong_Check(s) || IsNumpyNumber(s)) {
-    Py_ssize_t n = PyNumber_AsSsize_t(s, PyExc_OverflowError);
-    if (n == -1 && PyErr_Occurred()) return nullptr;
-    if (n < 0) {
-      PyErr_Format(InterfaceError, "An index set of zorvan.vars cannot have %zd elements", n);
-      return nullptr;
-    }
+    Py_ssize_t n = IndexCount(s);
+    if (n < 0) return nullptr;
     PyObject *list = PyList_New(n);
     if (!list) return nullptr;
     for (Py_ssize_t i = 0; i < n; ++i) {
@@ -409,8 +416,11 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
     PyErr_SetString(InterfaceError, "zorvan.vars needs at least one index set");
     return nullptr;
   }
-  // The index sets and the number of variables.
+  // The index sets and the number of variables. An array without names
+  // needs only the sizes of its integer dimensions, not their elements.
+  const bool sizesOnly = asArray && !prefix;
   std::vector<PyObject *> sets;
+  std::vector<Py_ssize_t> sizes;
   auto releaseSets = [&sets]() {
     for (PyObject *s : sets) Py_DECREF(s);
   };
@@ -423,21 +433,26 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
       releaseSets();
       return nullptr;
     }
-    PyObject *s = IndexSet(set);
-    if (!s) {
+    Py_ssize_t size;
+    if (sizesOnly) {
+      size = IndexCount(set);
+    } else {
+      PyObject *s = IndexSet(set);
+      if (s) sets.push_back(s);
+      size = s ? PyList_GET_SIZE(s) : -1;
+    }
+    if (size < 0) {
       releaseSets();
       return nullptr;
     }
-    sets.push_back(s);
-    count *= static_cast<size_t>(PyList_GET_SIZE(s));
+    sizes.push_back(size);
+    count *= static_cast<size_t>(size);
   }
   // A dictionary by index, or an array of the shape of the dimensions.
   PyObject **elements = nullptr;
   PyObject *result;
   if (asArray) {
-    std::vector<Py_ssize_t> dims;
-    for (PyObject *s : sets) dims.push_back(PyList_GET_SIZE(s));
-    result = NewVarArray(static_cast<int>(k), dims.data(), &elements);
+    result = NewVarArray(static_cast<int>(k), sizes.data(), &elements);
   } else {
     result = PyDict_New();
   }
@@ -458,10 +473,10 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
   std::vector<Py_ssize_t> position(static_cast<size_t>(k), 0);
   bool ok = true;
   for (size_t n = 0; n < count && ok; ++n) {
-    PyObject *index;
-    if (k == 1) {
+    PyObject *index = nullptr;  // the element's index, for names and dictionaries
+    if (!sizesOnly && k == 1) {
       index = Py_NewRef(PyList_GET_ITEM(sets[0], position[0]));
-    } else {
+    } else if (!sizesOnly) {
       index = PyTuple_New(k);
       if (!index) break;
       for (Py_ssize_t j = 0; j < k; ++j)
@@ -485,10 +500,10 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
         ok = PyDict_SetItem(result, index, reinterpret_cast<PyObject *>(v)) == 0;
       Py_DECREF(v);
     }
-    Py_DECREF(index);
+    Py_XDECREF(index);
     // Next index, the last set running fastest.
     for (Py_ssize_t j = k - 1; j >= 0; --j) {
-      if (++position[j] < PyList_GET_SIZE(sets[j])) break;
+      if (++position[j] < sizes[static_cast<size_t>(j)]) break;
       position[j] = 0;
     }
   }
