@@ -42,18 +42,22 @@ int ZRVSaddnames(ZRVSprob prob, int type, const char names[], int first, int las
     Names &target = names_of(p.model, type, &n, who);
     require(names, "names", who);
     check_range(first, last, n, type == 1 ? "row" : type == 2 ? "column" : "set", who);
-    std::vector<std::string> parsed;
-    parsed.reserve(last - first + 1);
+    // Every name is checked before the first is stored, so a refused call
+    // changes nothing.
     const char *s = names;
     for (int i = first; i <= last; ++i) {
       size_t len = std::strlen(s);
       if (len > ZRVS_MAXNAMELENGTH)
         fail(ZRVS_ERR_ARGUMENT, "%s: name %d is longer than %d characters", who, i - first,
              ZRVS_MAXNAMELENGTH);
-      parsed.emplace_back(s, len);
       s += len + 1;
     }
-    for (int i = first; i <= last; ++i) target.set(i, std::move(parsed[i - first]));
+    s = names;
+    for (int i = first; i <= last; ++i) {
+      size_t len = std::strlen(s);
+      target.set(i, std::string(s, len));
+      s += len + 1;
+    }
   });
 }
 
