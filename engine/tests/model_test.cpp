@@ -190,6 +190,31 @@ TEST_F(SmallModel, UnnamedEntriesHaveGeneratedNames) {
 }
 
 // Each bad call fails, names the argument, and leaves the model as it was.
+// Renaming again and again and deleting named entries: every name reads
+// back and is found, however often its storage has been tidied up.
+TEST_F(SmallModel, NamesSurviveManyRenamesAndDeletions) {
+  build();
+  for (int k = 0; k < 3000; ++k) {
+    std::string name = "renamed_column_" + std::to_string(k);
+    ASSERT_EQ(ZRVSaddnames(prob, 2, name.c_str(), 1, 1), 0);
+  }
+  EXPECT_EQ(names(2, 0, 2), "x0,renamed_column_2999,x2,");
+  int index = -1;
+  ASSERT_EQ(ZRVSgetindex(prob, 2, "renamed_column_2999", &index), 0);
+  EXPECT_EQ(index, 1);
+  ASSERT_EQ(ZRVSgetindex(prob, 2, "renamed_column_5", &index), 0);
+  EXPECT_EQ(index, -1);
+  ASSERT_EQ(ZRVSaddnames(prob, 2, "\0", 2, 2), 0);  // back to unnamed
+  int first = 0;
+  ASSERT_EQ(ZRVSdelcols(prob, 1, &first), 0);
+  EXPECT_EQ(names(2, 0, 1), "renamed_column_2999,C1,");
+  ASSERT_EQ(ZRVSgetindex(prob, 2, "renamed_column_2999", &index), 0);
+  EXPECT_EQ(index, 0);
+  ASSERT_EQ(ZRVSgetindex(prob, 2, "C1", &index), 0);
+  EXPECT_EQ(index, 1);
+  EXPECT_EQ(names(1, 0, 1), "cap,need,");
+}
+
 TEST_F(SmallModel, BadInputFailsAndChangesNothing) {
   build();
   auto snapshot = [&] {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -14,28 +15,41 @@
 namespace zorvan {
 
 // Names of one kind of entity (rows, columns or sets). An empty name means
-// "unnamed"; readers show a generated name instead.
+// "unnamed"; readers show a generated name instead. The texts lie one after
+// another in one pool, each entry holding its text's place and length (8
+// bytes an entry instead of a string object of 32); renaming leaves the old
+// text behind, and the pool is compacted once such texts fill half of it.
 class Names {
  public:
   explicit Names(char prefix) : prefix_(prefix) {}
   // New entries are unnamed, so the name index stays valid.
-  void append_unnamed(size_t n) { names_.resize(names_.size() + n); }
-  void reserve_more(size_t n) { names_.reserve(names_.size() + n); }
+  void append_unnamed(size_t n) { refs_.resize(refs_.size() + n, 0); }
+  void reserve_more(size_t n) { refs_.reserve(refs_.size() + n); }
   // Keeps a built index up to date, so that naming entries one by one while
   // looking names up stays linear.
-  void set(size_t i, std::string name);
+  void set(size_t i, std::string_view name);
   // The name of entry i, generated ("C12") when it has none.
   std::string get(size_t i) const;
   // Lowest index carrying that name (generated names included), or -1.
   int find(const std::string &name) const;
   // Keeps the entries whose keep flag is set.
   void keep_only(const std::vector<char> &keep);
-  size_t size() const { return names_.size(); }
-  void clear() { names_.clear(), index_.clear(), indexed_ = false; }
+  size_t size() const { return refs_.size(); }
+  void clear() { refs_.clear(), pool_.clear(), unused_ = 0, index_.clear(), indexed_ = false; }
 
  private:
+  static constexpr int kLengthBits = 11;  // names have at most 1024 characters
+  static size_t length_of(uint64_t ref) { return ref & ((uint64_t{1} << kLengthBits) - 1); }
+  std::string_view text(size_t i) const {
+    uint64_t ref = refs_[i];
+    return {pool_.data() + (ref >> kLengthBits), length_of(ref)};
+  }
+  void compact();
+
   char prefix_;
-  std::vector<std::string> names_;
+  std::vector<uint64_t> refs_;  // place in pool_ << kLengthBits | length; 0: unnamed
+  std::string pool_;
+  size_t unused_ = 0;  // characters of the pool that no entry refers to
   mutable std::unordered_map<std::string, int> index_;  // built on demand
   mutable bool indexed_ = false;
 };

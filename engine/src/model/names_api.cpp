@@ -55,7 +55,7 @@ int ZRVSaddnames(ZRVSprob prob, int type, const char names[], int first, int las
     s = names;
     for (int i = first; i <= last; ++i) {
       size_t len = std::strlen(s);
-      target.set(i, std::string(s, len));
+      target.set(i, std::string_view(s, len));
       s += len + 1;
     }
   });
