@@ -26,6 +26,12 @@ class SmallModel : public ModelTest {
     ASSERT_EQ(ZRVSaddnames(prob, 2, "x0\0x1\0x2", 0, 2), 0);
     ASSERT_EQ(ZRVSaddnames(prob, 1, "cap\0need", 0, 1), 0);
   }
+  // The index of a name (-1: none); fails the test if the call fails.
+  int index_of(int type, const char *name) {
+    int index = -2;
+    EXPECT_EQ(ZRVSgetindex(prob, type, name, &index), 0) << last_error();
+    return index;
+  }
   std::string names(int type, int first, int last) {
     int n = 0;
     EXPECT_EQ(ZRVSgetnamelist(prob, type, nullptr, 0, &n, first, last), 0);
@@ -72,11 +78,8 @@ TEST_F(SmallModel, ReadsBackColumnsRowsAndNames) {
   EXPECT_EQ(rhs[1], 1.0);
   EXPECT_EQ(rng[0], ZRVS_PLUSINFINITY);
   EXPECT_EQ(names(2, 0, 2), "x0,x1,x2,");
-  int index = -2;
-  ASSERT_EQ(ZRVSgetindex(prob, 1, "need", &index), 0);
-  EXPECT_EQ(index, 1);
-  ASSERT_EQ(ZRVSgetindex(prob, 2, "nothere", &index), 0);
-  EXPECT_EQ(index, -1);
+  EXPECT_EQ(index_of(1, "need"), 1);
+  EXPECT_EQ(index_of(2, "nothere"), -1);
 }
 
 TEST_F(SmallModel, TypesBoundsAndThresholds) {
@@ -199,19 +202,14 @@ TEST_F(SmallModel, NamesSurviveManyRenamesAndDeletions) {
     ASSERT_EQ(ZRVSaddnames(prob, 2, name.c_str(), 1, 1), 0);
   }
   EXPECT_EQ(names(2, 0, 2), "x0,renamed_column_2999,x2,");
-  int index = -1;
-  ASSERT_EQ(ZRVSgetindex(prob, 2, "renamed_column_2999", &index), 0);
-  EXPECT_EQ(index, 1);
-  ASSERT_EQ(ZRVSgetindex(prob, 2, "renamed_column_5", &index), 0);
-  EXPECT_EQ(index, -1);
+  EXPECT_EQ(index_of(2, "renamed_column_2999"), 1);
+  EXPECT_EQ(index_of(2, "renamed_column_5"), -1);
   ASSERT_EQ(ZRVSaddnames(prob, 2, "\0", 2, 2), 0);  // back to unnamed
   int first = 0;
   ASSERT_EQ(ZRVSdelcols(prob, 1, &first), 0);
   EXPECT_EQ(names(2, 0, 1), "renamed_column_2999,C1,");
-  ASSERT_EQ(ZRVSgetindex(prob, 2, "renamed_column_2999", &index), 0);
-  EXPECT_EQ(index, 0);
-  ASSERT_EQ(ZRVSgetindex(prob, 2, "C1", &index), 0);
-  EXPECT_EQ(index, 1);
+  EXPECT_EQ(index_of(2, "renamed_column_2999"), 0);
+  EXPECT_EQ(index_of(2, "C1"), 1);
   EXPECT_EQ(names(1, 0, 1), "cap,need,");
 }
 
