@@ -161,19 +161,19 @@ PyObject *PolyProduct(PyObject *a, OperandKind ka, PyObject *b, OperandKind kb) 
         LinEntry x = src.lin[i];
         x.coef *= c;
         x.Retain();
-        LinearOf(e).Push(x);
+        e->linear.Push(x);
       }
       for (size_t i = 0; i < src.nquad; ++i) {
         QuadEntry q = src.quad[i];
         q.coef *= c;
         q.Retain();
-        QuadraticOf(e).Push(q);
+        e->quadratic.Push(q);
       }
     };
     scaled(vb, va.constant);
     scaled(va, vb.constant);
     if (va.nlin && vb.nlin) {
-      QuadraticOf(e).Reserve(va.nlin * vb.nlin);
+      e->quadratic.Reserve(va.nlin * vb.nlin);
       for (size_t i = 0; i < va.nlin; ++i) {
         for (size_t j = 0; j < vb.nlin; ++j) {
           const LinEntry &x = va.lin[i];

@@ -23,9 +23,6 @@ namespace {
 
 PyNumberMethods ExpressionNumberMethods{};
 
-LinearPart &Linear(ExpressionObject *e) { return e->linear; }
-QuadraticPart &Quadratic(ExpressionObject *e) { return e->quadratic; }
-
 QuadEntry QuadPair(PyObject *a, PyObject *b, double coef) {
   uint64_t ia = VarIdOf(a), ib = VarIdOf(b);
   return ia <= ib ? QuadEntry{ia, ib, a, b, coef} : QuadEntry{ib, ia, b, a, coef};
@@ -55,7 +52,7 @@ PyObject *NewExpression(double constant) {
 int ExpressionAddLinear(PyObject *e, PyObject *var, double coef) {
   try {
     Py_INCREF(var);
-    Linear(AsExpression(e)).Push(LinEntry{VarIdOf(var), var, coef});
+    AsExpression(e)->linear.Push(LinEntry{VarIdOf(var), var, coef});
   } catch (const std::bad_alloc &) {
     Py_DECREF(var);
     PyErr_SetString(ModelError, "Could not add linear part");
@@ -66,7 +63,7 @@ int ExpressionAddLinear(PyObject *e, PyObject *var, double coef) {
 
 int ExpressionReserveLinear(PyObject *e, size_t n) {
   try {
-    LinearPart &part = Linear(AsExpression(e));
+    LinearPart &part = AsExpression(e)->linear;
     part.Reserve(part.Raw().size() + n);
   } catch (const std::bad_alloc &) {
     PyErr_SetString(ModelError, "Could not add linear part");
@@ -79,7 +76,7 @@ int ExpressionAddQuadratic(PyObject *e, PyObject *a, PyObject *b, double coef) {
   QuadEntry q = QuadPair(a, b, coef);
   try {
     q.Retain();
-    Quadratic(AsExpression(e)).Push(q);
+    AsExpression(e)->quadratic.Push(q);
   } catch (const std::bad_alloc &) {
     q.Release();
     PyErr_SetString(ModelError, "Error setting quadratic expression");
@@ -163,7 +160,7 @@ PyObject *CopyScaled(PyObject *o, double f) {
           e->linear.AppendScaled(src->linear, 1.0);
         } else if (!src->linear.Empty()) {
           const auto &items = src->linear.Items();
-          LinearPart &dst = Linear(e);
+          LinearPart &dst = e->linear;
           dst.Reserve(items.size());
           for (const LinEntry &x : items) {
             double c = exact ? x.coef : x.coef * f;
@@ -177,7 +174,7 @@ PyObject *CopyScaled(PyObject *o, double f) {
           e->quadratic.AppendScaled(src->quadratic, 1.0);
         } else if (!src->quadratic.Empty()) {
           const auto &items = src->quadratic.Items();
-          QuadraticPart &dst = Quadratic(e);
+          QuadraticPart &dst = e->quadratic;
           dst.Reserve(items.size());
           for (const QuadEntry &q : items) {
             double c = exact ? q.coef : q.coef * f;

@@ -60,9 +60,6 @@ namespace zrv {
 
 inline ExpressionObject *AsExpression(PyObject *o) { return reinterpret_cast<ExpressionObject *>(o); }
 
-inline LinearPart &LinearOf(ExpressionObject *e) { return e->linear; }
-inline QuadraticPart &QuadraticOf(ExpressionObject *e) { return e->quadratic; }
-
 // An expression without linear and quadratic entries.
 bool ExpressionIsConstant(PyObject *e);
 
