@@ -36,6 +36,27 @@ bool HasNonzero(const LinearEntries &lin, const QuadraticEntries &quad) {
   return false;
 }
 
+// Copies the entries of src times f into the empty part dst. An unscaled
+// copy shares the ordered entries whole; a scaled one leaves out
+// coefficients that become zero. May throw std::bad_alloc.
+template <class Entry>
+void CopyPart(Part<Entry> &src, Part<Entry> &dst, bool exact, double f) {
+  if (src.Empty()) return;
+  if (exact) {
+    src.Normalise();
+    dst.AppendScaled(src, 1.0);
+    return;
+  }
+  const auto items = src.Items();
+  dst.Reserve(items.size());
+  for (Entry y : items) {
+    y.coef *= f;
+    if (y.coef == 0.0) continue;
+    y.Retain();
+    dst.Push(y);
+  }
+}
+
 }  // namespace
 
 bool ExpressionIsConstant(PyObject *o) {
@@ -153,38 +174,8 @@ PyObject *CopyScaled(PyObject *o, double f) {
       if (!r) return nullptr;
       ExpressionObject *e = AsExpression(r);
       try {
-        // An unscaled copy takes the ordered entries whole; a scaled one
-        // leaves out coefficients that become zero.
-        if (exact && !src->linear.Empty()) {
-          src->linear.Normalise();
-          e->linear.AppendScaled(src->linear, 1.0);
-        } else if (!src->linear.Empty()) {
-          const auto &items = src->linear.Items();
-          LinearPart &dst = e->linear;
-          dst.Reserve(items.size());
-          for (const LinEntry &x : items) {
-            double c = exact ? x.coef : x.coef * f;
-            if (!exact && c == 0.0) continue;
-            x.Retain();
-            dst.Push(LinEntry{x.id, x.var, c});
-          }
-        }
-        if (exact && !src->quadratic.Empty()) {
-          src->quadratic.Normalise();
-          e->quadratic.AppendScaled(src->quadratic, 1.0);
-        } else if (!src->quadratic.Empty()) {
-          const auto &items = src->quadratic.Items();
-          QuadraticPart &dst = e->quadratic;
-          dst.Reserve(items.size());
-          for (const QuadEntry &q : items) {
-            double c = exact ? q.coef : q.coef * f;
-            if (!exact && c == 0.0) continue;
-            QuadEntry y = q;
-            y.coef = c;
-            y.Retain();
-            dst.Push(y);
-          }
-        }
+        CopyPart(src->linear, e->linear, exact, f);
+        CopyPart(src->quadratic, e->quadratic, exact, f);
       } catch (const std::bad_alloc &) {
         Py_DECREF(r);
         PyErr_SetString(ModelError, "Cannot copy expression");
