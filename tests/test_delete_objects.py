@@ -1,6 +1,7 @@
 """Deleting variables, constraints and sets, and looking objects up by index:
 the engine, the problem's lists and the index of every object that is left
 must agree afterwards."""
+import numpy as np
 import pytest
 
 import zorvan as z
@@ -140,3 +141,53 @@ class TestLookup:
             p.getIndex(xs[0] <= 3)
         with pytest.raises(z.ModelError, match="SOS .* not in problem"):
             p.getIndex(z.sos([xs[0]], [1]))
+
+
+class TestObjectsCreatedFarApart:
+    """Problems whose objects were created at widely different times (other
+    objects created in between) and added in any order."""
+
+    @staticmethod
+    def scattered(size=300, gaps=(3_000, 12_000, 500, 3_000, 20_000, 0)):
+        out = []
+        for gap in gaps:
+            out += [z.var(ub=1) for _ in range(size)]
+            _ = [z.var() for _ in range(gap)]      # created in between, never added
+        return out
+
+    @pytest.mark.parametrize("order", ["shuffled", "reversed", "one at a time"])
+    def test_indices_rows_deletions_and_copies(self, order):
+        xs = self.scattered()
+        added = list(xs)
+        if order == "shuffled":
+            np.random.default_rng(1).shuffle(added)
+        elif order == "reversed":
+            added.reverse()
+        p = z.problem()
+        p.setOutputEnabled(False)
+        if order == "one at a time":
+            for v in added:
+                p.addVariable(v)
+        else:
+            p.addVariable(added)
+        assert [p.getIndex(v) for v in added] == list(range(len(added)))
+        with pytest.raises(z.ModelError, match="Variable already added to problem"):
+            p.addVariable(xs[len(xs) // 2])
+        with pytest.raises(z.ModelError, match="not in problem"):
+            p.getIndex(z.var())
+        # One row over all of them, each with its own coefficient.
+        coef = {v: 1.0 + (k % 7) for k, v in enumerate(xs)}
+        p.addConstraint(z.Sum(c * v for v, c in coef.items()) <= 10)
+        start, cols, coefs = [], [], []
+        p.getrows(start, cols, coefs, len(xs), 0, 0)
+        assert dict(zip(cols, coefs)) == coef
+        p.delVariable(index=list(range(0, len(added), 3)))
+        kept = [v for k, v in enumerate(added) if k % 3]
+        assert p.getVariable() == kept
+        assert [p.getIndex(v) for v in kept] == list(range(len(kept)))
+        q = p.copy()
+        assert [q.getIndex(v) for v in kept[::50]] == list(range(0, len(kept), 50))
+        p.addVariable(added[0])                 # a deleted variable comes back at the end
+        assert p.getIndex(added[0]) == len(kept)
+        with pytest.raises(z.ModelError, match="not in problem"):
+            q.getIndex(added[0])

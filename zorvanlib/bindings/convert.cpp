@@ -83,10 +83,9 @@ int UnifiedOffset(ProblemObject *p, int *offset) {
 }
 
 int LookUp(const IndexMap *map, uint64_t key, int32_t *index) {
-  if (!map) return 0;
-  auto it = map->find(key);
-  if (it == map->end()) return 0;
-  *index = it->second;
+  int32_t found = map ? map->Find(key) : IndexMap::kAbsent;
+  if (found == IndexMap::kAbsent) return 0;
+  *index = found;
   return 1;
 }
 

@@ -54,9 +54,9 @@ int VarValue(PyObject *var, const EvalPoint &pt, double *out) {
     return 0;
   }
   if (pt.problem && pt.problem->colmap) {
-    auto it = pt.problem->colmap->find(VarIdOf(var));
-    if (it != pt.problem->colmap->end() && it->second >= 0 && it->second < pt.count) {
-      *out = pt.values[it->second];
+    int32_t col = pt.problem->colmap->Find(VarIdOf(var));
+    if (col >= 0 && col < pt.count) {
+      *out = pt.values[col];
       return 0;
     }
   }

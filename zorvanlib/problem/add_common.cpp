@@ -1,5 +1,7 @@
 // Shared steps of the adders: walking nested arguments, reading counts and
 // undoing the recording of objects.
+#include <new>
+
 #include "bindings/convert.h"
 #include "model/constraint.h"
 #include "model/sos.h"
@@ -89,6 +91,16 @@ uint64_t MapKey(PyObject *o, ObjectKind kind) {
   return 0;
 }
 
+int RecordIndex(IndexMap *map, uint64_t id, int32_t pos, const char *already) {
+  try {
+    if (map->Insert(id, pos)) return 0;
+    PyErr_SetString(ModelError, already);
+  } catch (const std::bad_alloc &) {
+    PyErr_NoMemory();
+  }
+  return -1;
+}
+
 IndexMap *MapOf(ProblemObject *p, ObjectKind kind) {
   switch (kind) {
     case ObjectKind::Variable: return p->colmap;
@@ -114,7 +126,7 @@ void ForgetTail(ProblemObject *p, ObjectKind kind, Py_ssize_t from) {
   Py_ssize_t n = PyList_GET_SIZE(list);
   if (from >= n) return;
   if (map)
-    for (Py_ssize_t i = from; i < n; ++i) map->erase(MapKey(PyList_GET_ITEM(list, i), kind));
+    for (Py_ssize_t i = from; i < n; ++i) map->Erase(MapKey(PyList_GET_ITEM(list, i), kind));
   // Keep a pending error across the list change.
   PyObject *type, *value, *trace;
   PyErr_Fetch(&type, &value, &trace);

@@ -54,64 +54,26 @@ struct RowBatch {
   }
 };
 
-// Columns of variables by identifier for one batch. A batch that looks up
-// many columns (a large share of the problem's) reads them from a dense
-// table indexed by identifier, built once from the column map, instead of
-// hashing every nonzero; identifiers are serial, so the table is compact.
+// Columns of variables by identifier, with the message for a variable that
+// is not in the problem.
 class ColumnLookup {
  public:
-  explicit ColumnLookup(const IndexMap *map) : map_(map) {
-    threshold_ = map ? map->size() / 8 + 1024 : 0;
-  }
+  explicit ColumnLookup(const IndexMap *map) : map_(map) {}
 
-  int Find(PyObject *var, uint64_t id, int *col) {
-    if (!table_.empty()) {
-      uint64_t k = id - base_;
-      if (k < table_.size() && table_[k] >= 0) {
-        *col = table_[k];
-        return 0;
-      }
-    } else if (!tried_ && ++lookups_ > threshold_) {
-      Build();
-    }
-    auto it = map_ ? map_->find(id) : IndexMap::const_iterator{};
-    if (!map_ || it == map_->end()) {
+  int Find(PyObject *var, uint64_t id, int *col) const {
+    int32_t found = map_->Find(id);
+    if (found == IndexMap::kAbsent) {
       PyErr_Format(ModelError, "Variable %S not in problem", var);
       return -1;
     }
-    *col = it->second;
+    *col = found;
     return 0;
   }
 
  private:
-  void Build() {
-    tried_ = true;
-    if (!map_ || map_->empty()) return;
-    uint64_t lo = UINT64_MAX, hi = 0;
-    for (const auto &kv : *map_) {
-      lo = std::min(lo, kv.first);
-      hi = std::max(hi, kv.first);
-    }
-    const uint64_t span = hi - lo + 1;
-    if (span > 4 * static_cast<uint64_t>(map_->size()) + 1024) return;
-    try {
-      table_.assign(static_cast<size_t>(span), -1);
-    } catch (const std::bad_alloc &) {
-      return;  // the hash map serves alone
-    }
-    base_ = lo;
-    for (const auto &kv : *map_) table_[static_cast<size_t>(kv.first - lo)] = kv.second;
-  }
-
   const IndexMap *map_;
-  std::vector<int32_t> table_;
-  uint64_t base_ = 0;
-  size_t lookups_ = 0, threshold_;
-  bool tried_ = false;
 };
 
-// The engine adds v to Q[i][j] and Q[j][i]: a product c x_i x_j (i != j) is
-// the entry c/2, a square c x_i^2 the entry c.
 int AddQuadratic(ColumnLookup &cols, RowBatch &b, PyObject *v1, PyObject *v2, double c) {
   int i, j;
   if (cols.Find(v1, VarIdOf(v1), &i) < 0 || cols.Find(v2, VarIdOf(v2), &j) < 0) return -1;
@@ -222,17 +184,14 @@ int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, double lb, double 
     PyErr_SetString(ModelError, "Stale expression link, cannot add constraint");
     return -1;
   }
-  // Recorded now (one hash operation); undone below if the row fails.
+  // Recorded now; undone below if the row fails.
   uint64_t id = ConId(c->word);
-  if (!p->rowmap->try_emplace(id, row).second) {
-    PyErr_SetString(ModelError, "Constraint already added to problem");
-    return -1;
-  }
+  if (RecordIndex(p->rowmap, id, row, "Constraint already added to problem") < 0) return -1;
   const size_t qbefore = b.qv.size();
   double constant;
   if (Decompose(cols, c->body, b, &constant) < 0 || AppendName(c->word, b.names) < 0 ||
       PyList_Append(p->conlist, o) < 0) {
-    p->rowmap->erase(id);
+    p->rowmap->Erase(id);
     return -1;
   }
   if (b.qv.size() > qbefore) {
@@ -355,7 +314,6 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     // A chunk ends after the row that fills it: room for one long row more.
     b.cols.reserve(chunk_entries + 256);
     b.coefs.reserve(chunk_entries + 256);
-    p->rowmap->reserve(p->rowmap->size() + static_cast<size_t>(n));
   } catch (const std::bad_alloc &) {
     PyErr_NoMemory();
     return -1;
@@ -455,8 +413,8 @@ int Condition(ProblemObject *p, PyObject *cond, int *col, int *flag) {
                     "or <variable_name> == 1");
     return -1;
   }
-  auto it = p->colmap->find(VarIdOf(var));
-  if (it == p->colmap->end()) {
+  int32_t indcol = p->colmap->Find(VarIdOf(var));
+  if (indcol == IndexMap::kAbsent) {
     PyErr_SetString(ModelError, "Indicator variable has not been added to problem yet");
     return -1;
   }
@@ -470,7 +428,7 @@ int Condition(ProblemObject *p, PyObject *cond, int *col, int *flag) {
                     "binary variable");
     return -1;
   }
-  *col = it->second;
+  *col = indcol;
   *flag = lb == 1.0 ? 1 : -1;
   return 0;
 }

@@ -69,6 +69,10 @@ int ReadIntAttrib(ProblemObject *p, int id, int *value);
 // Undoes the recording of objects: drops list[from:] and their map entries.
 void ForgetTail(ProblemObject *p, ObjectKind kind, Py_ssize_t from);
 
+// Records an object's position in a map; raises ModelError `already` when
+// the identifier is there, or MemoryError. 0 or -1.
+int RecordIndex(IndexMap *map, uint64_t id, int32_t pos, const char *already);
+
 // The key of an object in the problem's map of its kind.
 uint64_t MapKey(PyObject *o, ObjectKind kind);
 IndexMap *MapOf(ProblemObject *p, ObjectKind kind);

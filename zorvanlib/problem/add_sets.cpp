@@ -31,7 +31,7 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
     return -1;
   }
   auto *s = reinterpret_cast<SosObject *>(o);
-  if (p->setmap->count(s->word)) {
+  if (p->setmap->Contains(s->word)) {
     PyErr_SetString(ModelError, "SOS already added to problem");
     return -1;
   }
@@ -50,12 +50,12 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
       PyErr_Format(ModelError, "Invalid variable object %S", v);
       return -1;
     }
-    auto it = p->colmap->find(VarIdOf(v));
-    if (it == p->colmap->end()) {
+    int32_t col = p->colmap->Find(VarIdOf(v));
+    if (col == IndexMap::kAbsent) {
       PyErr_SetString(ModelError, "SOS contains variable that was not added to the problem");
       return -1;
     }
-    b.cols.push_back(it->second);
+    b.cols.push_back(col);
   }
   // The weights must match the members one to one.
   Py_ssize_t length = n;
@@ -75,7 +75,7 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
   Py_DECREF(name);
   if (!text) return -1;
   if (PyList_Append(p->soslist, o) < 0) return -1;
-  (*p->setmap)[s->word] = index;
+  p->setmap->Set(s->word, index);
   return 0;
 }
 

@@ -109,13 +109,11 @@ int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
                     "etc.");
     return -1;
   }
-  // Recorded now (one hash operation); undone below if the column fails.
-  if (!p->colmap->try_emplace(VarId(word), col).second) {
-    PyErr_SetString(ModelError, "Variable already added to problem");
+  // Recorded now; undone below if the column fails.
+  if (RecordIndex(p->colmap, VarId(word), col, "Variable already added to problem") < 0)
     return -1;
-  }
   if (RecordColumn(p, o, word, type, col, batch) < 0) {
-    p->colmap->erase(VarId(word));
+    p->colmap->Erase(VarId(word));
     return -1;
   }
   return 0;
@@ -161,12 +159,6 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   batch.lb.reserve(static_cast<size_t>(n));
   batch.ub.reserve(static_cast<size_t>(n));
   batch.names.reserve(static_cast<size_t>(n) * 8);
-  try {
-    p->colmap->reserve(p->colmap->size() + static_cast<size_t>(n));
-  } catch (const std::bad_alloc &) {
-    PyErr_NoMemory();
-    return -1;
-  }
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), batch) < 0) {
       ForgetTail(p, ObjectKind::Variable, listed);

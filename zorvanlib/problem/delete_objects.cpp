@@ -36,7 +36,7 @@ int DeleteIndices(ProblemObject *p, ObjectKind kind, std::vector<int> indices) {
     PyObject *o = PyList_GET_ITEM(list, i);
     while (d < indices.size() && indices[d] < i) ++d;
     if (d < indices.size() && indices[d] == i) {
-      map->erase(MapKey(o, kind));
+      map->Erase(MapKey(o, kind));
     } else if (PyList_Append(kept, o) < 0) {
       Py_DECREF(kept);
       return -1;
@@ -45,10 +45,10 @@ int DeleteIndices(ProblemObject *p, ObjectKind kind, std::vector<int> indices) {
   int set = PyList_SetSlice(list, 0, size, kept);
   Py_DECREF(kept);
   if (set < 0) return -1;
-  for (auto &entry : *map) {
-    auto below = std::lower_bound(indices.begin(), indices.end(), entry.second);
-    entry.second -= static_cast<int32_t>(below - indices.begin());
-  }
+  map->ForEach([&](uint64_t, int32_t &pos) {
+    auto below = std::lower_bound(indices.begin(), indices.end(), pos);
+    pos -= static_cast<int32_t>(below - indices.begin());
+  });
   return 0;
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -132,7 +133,7 @@ int BuildColumns(ProblemObject *p, int ncols, Rebuilt &out) {
     }
     VarSetName(word, names[k].o);
     if (PyList_Append(out.vars.o, o) < 0) return SetModelError(kFailed);
-    (*out.colmap)[VarId(word)] = j;
+    out.colmap->Set(VarId(word), j);
   }
   return 0;
 }
@@ -173,7 +174,7 @@ int BuildRows(ProblemObject *p, int nrows, Rebuilt &out) {
     ConSetUb(word, up);
     ConSetName(word, names[k].o);
     if (PyList_Append(out.cons.o, o) < 0) return SetModelError(kFailed);
-    (*out.rowmap)[ConId(word)] = i;
+    out.rowmap->Set(ConId(word), i);
   }
   return 0;
 }
@@ -222,7 +223,7 @@ int BuildSets(ProblemObject *p, int nsets, Rebuilt &out) {
       PyList_SET_ITEM(sos->weights, e, w);
     }
     if (PyList_Append(out.sets.o, o) < 0) return SetModelError(kFailed);
-    (*out.setmap)[sos->word] = s;
+    out.setmap->Set(sos->word, s);
   }
   return 0;
 }
@@ -237,9 +238,14 @@ int Rebuild(ProblemObject *p, Rebuilt &out) {
       ReadIntAttrib(p, ZRVS_ORIGINALMIPENTS, &nents) < 0 ||
       ReadIntAttrib(p, ZRVS_ORIGINALSETS, &nsets) < 0)
     return -1;
-  if (BuildColumns(p, ncols, out) < 0 || BuildRows(p, nrows, out) < 0 ||
-      BuildSets(p, nsets, out) < 0)
+  try {
+    if (BuildColumns(p, ncols, out) < 0 || BuildRows(p, nrows, out) < 0 ||
+        BuildSets(p, nsets, out) < 0)
+      return -1;
+  } catch (const std::bad_alloc &) {
+    PyErr_NoMemory();
     return -1;
+  }
   return 0;
 }
 

@@ -7,17 +7,14 @@
 #include <Python.h>
 
 #include <cstdint>
-#include <unordered_map>
 
+#include "problem/index_map.h"
 #include "zorvan/zslp.h"
 
 // One slot per callback kind; each slot is empty or a list of registrations.
 constexpr int kCallbackKinds = 44;
 
-// Object identifier -> position. Adding rows looks up one column per matrix
-// entry: a hash map (identifiers are serial numbers, so neighbouring
-// identifiers land in neighbouring buckets); nothing needs them in order.
-using IndexMap = std::unordered_map<uint64_t, int32_t>;
+using IndexMap = zrv::IndexMap;
 
 struct ProblemObject {
   PyObject_HEAD

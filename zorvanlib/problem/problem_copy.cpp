@@ -1,5 +1,7 @@
 // problem.copy(): the engine copies the model and controls; the module copies
 // its bookkeeping and shares the modelling objects.
+#include <new>
+
 #include "module/errors.h"
 #include "module/globals.h"
 #include "problem/problem_copy.h"
@@ -24,9 +26,14 @@ int CopyInto(ProblemObject *dst, ProblemObject *src) {
   if (rc != 0) return ReportFailure(self);
   // Callback registrations are copied once callbacks exist.
   if (RegisterMessageCallbacks(dst) < 0 || CreateBookkeeping(dst) < 0) return -1;
-  *dst->colmap = *src->colmap;
-  *dst->rowmap = *src->rowmap;
-  *dst->setmap = *src->setmap;
+  try {
+    *dst->colmap = *src->colmap;
+    *dst->rowmap = *src->rowmap;
+    *dst->setmap = *src->setmap;
+  } catch (const std::bad_alloc &) {
+    PyErr_NoMemory();
+    return -1;
+  }
   if (PyList_SetSlice(dst->varlist, 0, 0, src->varlist) < 0 ||
       PyList_SetSlice(dst->conlist, 0, 0, src->conlist) < 0 ||
       PyList_SetSlice(dst->soslist, 0, 0, src->soslist) < 0)
