@@ -347,4 +347,65 @@ TEST_F(ModelTest, RowsWithColumnsInAnyOrder) {
   EXPECT_EQ(int_attrib(ZRVS_ROWS), 3);
 }
 
+// A matrix of millions of entries, grown batch by batch past the size where
+// its arrays move to another kind of memory: zero coefficients are left
+// out, deleting rows keeps the others exact, and it reads back entry for
+// entry.
+TEST_F(ModelTest, LargeMatrixGrownAndCut) {
+  const int ncols = 1000, per_row = 40, batches = 12, rows_per_batch = 2500;
+  std::vector<double> obj(ncols, 0);
+  ASSERT_EQ(ZRVSaddcols64(prob, ncols, 0, obj.data(), nullptr, nullptr, nullptr, nullptr,
+                          nullptr),
+            0);
+  std::vector<char> types(rows_per_batch, 'L');
+  std::vector<double> rhs(rows_per_batch, 1);
+  std::vector<int64_t> start(rows_per_batch);
+  std::vector<int> ind(static_cast<size_t>(rows_per_batch) * per_row);
+  std::vector<double> val(ind.size());
+  // Row r holds columns (r + 25 k) % ncols with coefficient r + k, except
+  // that every eighth coefficient is zero.
+  auto coef = [](int r, int k) { return k % 8 == 7 ? 0.0 : r + k + 1.0; };
+  for (int b = 0; b < batches; ++b) {
+    for (int i = 0; i < rows_per_batch; ++i) {
+      int r = b * rows_per_batch + i;
+      start[i] = static_cast<int64_t>(i) * per_row;
+      for (int k = 0; k < per_row; ++k) {
+        ind[start[i] + k] = (r + 25 * k) % ncols;
+        val[start[i] + k] = coef(r, k);
+      }
+    }
+    ASSERT_EQ(ZRVSaddrows64(prob, rows_per_batch, static_cast<int64_t>(ind.size()), types.data(),
+                            rhs.data(), nullptr, start.data(), ind.data(), val.data()),
+              0)
+        << last_error();
+  }
+  const int rows = batches * rows_per_batch;
+  const int64_t kept_per_row = per_row - per_row / 8;
+  EXPECT_EQ(int64_attrib(ZRVS_ELEMS), rows * kept_per_row);
+  // Delete every other row.
+  std::vector<int> gone;
+  for (int r = 0; r < rows; r += 2) gone.push_back(r);
+  ASSERT_EQ(ZRVSdelrows(prob, static_cast<int>(gone.size()), gone.data()), 0);
+  ASSERT_EQ(int_attrib(ZRVS_ROWS), rows / 2);
+  EXPECT_EQ(int64_attrib(ZRVS_ELEMS), rows / 2 * kept_per_row);
+  std::vector<int64_t> s(rows / 2 + 1);
+  std::vector<int> col(static_cast<size_t>(rows / 2) * kept_per_row);
+  std::vector<double> v(col.size());
+  int64_t n = 0;
+  ASSERT_EQ(ZRVSgetrows64(prob, s.data(), col.data(), v.data(), static_cast<int64_t>(col.size()),
+                          &n, 0, rows / 2 - 1),
+            0);
+  ASSERT_EQ(n, static_cast<int64_t>(col.size()));
+  for (int i = 0; i < rows / 2; i += 997) {
+    int r = 2 * i + 1;  // the original row
+    std::vector<std::pair<int, double>> got, want;
+    for (int64_t e = s[i]; e < s[i + 1]; ++e) got.emplace_back(col[e], v[e]);
+    for (int k = 0; k < per_row; ++k)
+      if (coef(r, k) != 0.0) want.emplace_back((r + 25 * k) % ncols, coef(r, k));
+    std::sort(got.begin(), got.end());
+    std::sort(want.begin(), want.end());
+    EXPECT_EQ(got, want) << "row " << i;
+  }
+}
+
 }  // namespace

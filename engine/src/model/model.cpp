@@ -28,8 +28,8 @@ int64_t Model::qcelems() const {
 
 namespace {
 // Counting sort of the triplets by `line` (the row or column of each entry).
-Compressed compress(int nlines, const std::vector<int> &line, const std::vector<int> &other,
-                    const std::vector<double> &val) {
+Compressed compress(int nlines, const LargeArray<int> &line, const LargeArray<int> &other,
+                    const LargeArray<double> &val) {
   Compressed c;
   c.start.assign(static_cast<size_t>(nlines) + 1, 0);
   for (int l : line) ++c.start[l + 1];

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "model/large_array.h"
+
 namespace zorvan {
 
 // Names of one kind of entity (rows, columns or sets). An empty name means
@@ -104,8 +106,8 @@ struct Model {
   Names rownames{'R'};
 
   // Matrix entries as triplets; no two share a (row, column) and none is 0.
-  std::vector<int> mrow, mcol;
-  std::vector<double> mval;
+  LargeArray<int> mrow, mcol;
+  LargeArray<double> mval;
 
   // Objectives; objectives[0] is the primary one. Objective value:
   // coef.x + constant (+ 0.5 x'Qx for the primary objective).

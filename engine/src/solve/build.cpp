@@ -70,9 +70,9 @@ void add_rows(const Model &m, SolveMode mode, LpBuilder &lp) {
     if (mode == SolveMode::relaxation && m.indcol[i] >= 0) lo = -kHighsInf, up = kHighsInf;
     lp.add_row(lo, up);
   }
-  lp.erow = m.mrow;
-  lp.ecol = m.mcol;
-  lp.eval = m.mval;
+  lp.erow.assign(m.mrow.begin(), m.mrow.end());
+  lp.ecol.assign(m.mcol.begin(), m.mcol.end());
+  lp.eval.assign(m.mval.begin(), m.mval.end());
 }
 
 // The lower triangle of Q by columns, as HiGHS takes it.
