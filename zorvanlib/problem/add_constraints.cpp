@@ -74,6 +74,8 @@ class ColumnLookup {
   const IndexMap *map_;
 };
 
+// The engine adds v to Q[i][j] and Q[j][i]: a product c x_i x_j (i != j) is
+// the entry c/2, a square c x_i^2 the entry c.
 int AddQuadratic(ColumnLookup &cols, RowBatch &b, PyObject *v1, PyObject *v2, double c) {
   int i, j;
   if (cols.Find(v1, VarIdOf(v1), &i) < 0 || cols.Find(v2, VarIdOf(v2), &j) < 0) return -1;
