@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "zorvan/zrvs.h"
+
 namespace zorvan {
 
 Model::Model() { objectives.resize(1); }
@@ -101,7 +103,7 @@ void Model::reserve(size_t rows, size_t cols, size_t entries) {
 void Model::append_columns(int n) {
   size_t size = lb.size() + n;
   lb.resize(size, 0.0);
-  ub.resize(size, 1e20);
+  ub.resize(size, ZRVS_PLUSINFINITY);
   limit.resize(size, 0.0);
   coltype.resize(size, 'C');
   colnames.append_unnamed(n);
