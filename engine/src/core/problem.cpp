@@ -26,10 +26,7 @@ void zrvs_problem::message(int msgtype, const std::string &text) {
 namespace zorvan {
 
 void check_problem_handle(const zrvs_problem *prob, const char *who) {
-  if (!prob) fail(ZRVS_ERR_ARGUMENT, "%s: the problem is NULL", who);
-  if (checked_mode() && !is_live(prob, ObjectKind::problem))
-    fail(ZRVS_ERR_ARGUMENT, "%s: the handle is not a live problem (destroyed or never created)",
-         who);
+  check_handle(prob, ObjectKind::problem, "problem", who);
 }
 
 zrvs_problem *create_problem(const char *who) {
