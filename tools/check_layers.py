@@ -36,22 +36,13 @@ ENGINE = {
     "api": {"core", "events", "model", "io", "solve", "search", "nlp", "optimize"},
 }
 
-# The extension: base <- model <- nonlinear <- algebra; numpy <- algebra;
-# controls <- problem <- {bindings, callbacks}; module includes every floor.
-_EXT_BELOW_PROBLEM = {"base", "model", "nonlinear", "numpy", "algebra", "aggregate", "controls"}
-EXTENSION = {
-    "base": set(),
-    "model": {"base"},
-    "nonlinear": {"base", "model"},
-    "numpy": {"base", "model"},
-    "algebra": {"base", "model", "nonlinear", "numpy"},
-    "aggregate": {"base", "model", "nonlinear", "numpy", "algebra"},
-    "controls": {"base"},
-    "problem": set(_EXT_BELOW_PROBLEM),
-    "bindings": _EXT_BELOW_PROBLEM | {"problem"},
-    "callbacks": _EXT_BELOW_PROBLEM | {"problem"},
-    "module": _EXT_BELOW_PROBLEM | {"problem", "bindings", "callbacks"},
-}
+# The extension's floors are those of tools/check_ext_layers.py (one table
+# for both scripts); module, the composition root, may include every floor.
+sys.path.insert(0, str(Path(__file__).resolve().parent))
+from check_ext_layers import BELOW as _EXT_BELOW  # noqa: E402
+
+EXTENSION = {floor: set(below) for floor, below in _EXT_BELOW.items()}
+EXTENSION["module"] = set(_EXT_BELOW)
 
 LAYERS = {
     "engine": ("engine/src", ENGINE),
