@@ -2,7 +2,6 @@
 #pragma once
 #include <atomic>
 #include <string>
-#include <vector>
 
 #include "core/problem.h"
 
