@@ -8,6 +8,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "problem/control.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -33,7 +34,10 @@ PyObject *ArgumentError() {
   return nullptr;
 }
 
-PyObject *Init(PyObject *, PyObject *arg) {
+PyObject *Init(PyObject *, PyObject *args) {
+  // A missing argument counts as None.
+  PyObject *arg = Py_None;
+  if (!PyArg_UnpackTuple(args, "_init", 0, 1, &arg)) return ArgumentError();
   const char *path = nullptr;
   if (PyUnicode_Check(arg)) {
     path = PyUnicode_AsUTF8(arg);
@@ -47,6 +51,8 @@ PyObject *Init(PyObject *, PyObject *arg) {
 }
 
 PyObject *Free(PyObject *, PyObject *) {
+  // The last stop releases every problem; not while one of them is solved.
+  if (GetEnvCount() == 1 && AnyProblemSolving("zorvan.free()")) return nullptr;
   StopEnvironment(true);
   return PyBool_FromLong(GetEnvCount() >= 1);
 }
@@ -225,9 +231,9 @@ PyMethodDef ModuleMethods[] = {
               "module-wide stores; releasing the objects removes their entries. This diagnostic "
               "returns a dict from store name to its number of entries.",
               "zorvan.var, zorvan.constraint")},
-    {"_init", Init, METH_O,
-     ZRV_HELP("Start the optimization engine explicitly.", "zorvan._init(path)",
-              "path: the engine's installation directory, or None for the default.",
+    {"_init", Init, METH_VARARGS,
+     ZRV_HELP("Start the optimization engine explicitly.", "zorvan._init(path=None)",
+              "path: the engine's installation directory, or None (or nothing) for the default.",
               "zorvan._init(None)",
               "The engine starts by itself when first needed; every _init needs a matching "
               "zorvan.free().",

@@ -18,6 +18,7 @@
 #include "module/types.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
@@ -347,7 +348,7 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
 
 PyObject *ProblemAddConstraint(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addConstraint")) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (AddConstraintBatch(p, items.data(), items.size()) < 0) return nullptr;
@@ -452,7 +453,7 @@ int CheckIndicated(PyObject *con) {
 
 PyObject *ProblemAddIndicator(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addIndicator")) return nullptr;
   // Pairs (condition, constraint): either the two arguments themselves or
   // one tuple of two per indicator.
   std::vector<PyObject *> conditions, constraints;  // borrowed from args

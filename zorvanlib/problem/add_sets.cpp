@@ -12,6 +12,7 @@
 #include "module/types.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
@@ -115,7 +116,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 
 PyObject *ProblemAddSos(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addSOS")) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (AddSosBatch(p, items.data(), items.size()) < 0) return nullptr;

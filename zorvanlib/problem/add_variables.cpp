@@ -11,6 +11,7 @@
 #include "module/types.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
@@ -183,7 +184,7 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addVariable")) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (AddVariableBatch(p, items.data(), items.size()) < 0) return nullptr;

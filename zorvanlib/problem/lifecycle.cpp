@@ -8,22 +8,23 @@
 #include "module/output.h"
 #include "problem/control.h"
 #include "problem/problem.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
 bool NotInitialized(ProblemObject *p) {
-  if (p->prob) return false;
+  if (p->prob) return BusyInOtherThread(p);
   PyErr_SetString(ModelError, "Problem is not initialized");
   return true;
 }
 
 namespace {
 
-// Cuts a view loose and puts None in its place.
+// Cuts a view loose from the problem. The view stays in place, so that its
+// use says "Problem is not initialized".
 void DropView(PyObject *&field) {
   if (!field) return;
   DetachView(field);
-  Py_SETREF(field, Py_NewRef(Py_None));
 }
 
 }  // namespace

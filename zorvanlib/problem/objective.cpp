@@ -15,6 +15,7 @@
 #include "nonlinear/nonlinear.h"
 #include "problem/control.h"
 #include "zorvan/zrvs.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
@@ -305,7 +306,7 @@ int SetObjectiveAt(ProblemObject *p, PyObject *expr, int k) {
 
 PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "setObjective")) return nullptr;
   static const char *keywords[] = {"objective", "sense",  "objidx", "priority",
                                    "weight",    "abstol", "reltol", nullptr};
   PyObject *objective = nullptr, *sense = nullptr;
@@ -332,7 +333,7 @@ PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
 
 PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addObjective")) return nullptr;
   static const char *keywords[] = {"priority", "weight", "abstol", "reltol", nullptr};
   ControlArgs c;
   PyObject *empty = PyTuple_New(0);

@@ -36,6 +36,8 @@ struct ProblemObject {
   void *userfuncs;
   int64_t obj_transfer_index;
   int64_t output_enabled;
+  int32_t solving;               // 1 while a solve runs (problem/solve_guard.h)
+  unsigned long solving_thread;  // the thread running it
   ProblemObject *prev;    // live-problem list
   ProblemObject *next;
   PyObject *module;       // keeps the module alive while the problem lives
@@ -48,7 +50,8 @@ extern PyTypeObject ProblemType;
 inline bool IsProblem(PyObject *o) { return PyObject_TypeCheck(o, &ProblemType); }
 
 // Raises ModelError "Problem is not initialized" and returns true when the
-// problem holds no engine problem.
+// problem holds no engine problem, or ModelError when another thread is
+// solving it.
 bool NotInitialized(ProblemObject *p);
 
 // Releases the engine problems, registrations, lists, maps and views of a

@@ -11,8 +11,10 @@
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
+#include "problem/problem_reset.h"
 #include "problem/objective.h"
 #include "problem/solution.h"
+#include "problem/solve_guard.h"
 
 #include <structmember.h>
 
@@ -105,10 +107,9 @@ PyObject *ProblemName(PyObject *self, PyObject *) {
 PyObject *ProblemStr(PyObject *self) { return ProblemName(self, nullptr); }
 
 PyObject *ProblemReset(PyObject *self, PyObject *) {
-  ProblemObject *p = Checked(self);
-  if (!p) return nullptr;
-  ReleaseProblem(p);
-  if (InitializeProblem(p, nullptr, nullptr) < 0) return nullptr;
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (CannotChange(p, "reset")) return nullptr;
+  if (ResetProblem(p) < 0) return nullptr;
   Py_RETURN_NONE;
 }
 
@@ -124,7 +125,9 @@ PyObject *ProblemEnter(PyObject *self, PyObject *) {
 }
 
 PyObject *ProblemExit(PyObject *self, PyObject *) {
-  ReleaseProblem(reinterpret_cast<ProblemObject *>(self));
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (p->prob && CannotChange(p, "the end of a with-block")) return nullptr;
+  ReleaseProblem(p);
   Py_RETURN_NONE;
 }
 
