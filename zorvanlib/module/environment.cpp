@@ -6,6 +6,7 @@
 #include "module/errors.h"
 #include "module/globals.h"
 #include "module/output.h"
+#include "module/text.h"
 #include "problem/control.h"
 #include "problem/problem.h"
 #include "zorvan/zslp.h"
@@ -35,7 +36,7 @@ int StartEnvironment(const char *path, bool explicit_start) {
     int code = 0, nbytes = 0;
     ZRVS_ge_getlasterror(&code, msg, sizeof msg, &nbytes);
     msg[sizeof msg - 1] = '\0';
-    PyErr_SetString(InterfaceError, msg[0] ? msg : "Error initializing optimization environment");
+    SetErrorFromEngine(InterfaceError, msg[0] ? msg : "Error initializing optimization environment");
     return -1;
   }
   bool slp_started_here = false;

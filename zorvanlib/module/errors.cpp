@@ -4,6 +4,7 @@
 
 #include "bindings/branchobj.h"
 #include "module/globals.h"
+#include "module/text.h"
 #include "problem/problem.h"
 #include "zorvan/zslp.h"
 
@@ -42,7 +43,7 @@ void RaiseProblemError(ProblemObject *p) {
   // Without an engine problem (its creation failed) the error is global.
   if (!prob) text = GlobalLastError(&code);
   if (code == 0 && text.empty()) text = "Unidentified error associated with optimization problem";
-  PyErr_SetString(SolverError, text.c_str());
+  SetErrorFromEngine(SolverError, text.c_str());
 }
 
 }  // namespace
@@ -59,7 +60,7 @@ PyObject *ReportError(PyObject *obj, PyObject *result) {
     int code = 0;
     std::string text = GlobalLastError(&code);
     if (code == 0 && text.empty()) text = "Unidentified error associated with the global environment";
-    PyErr_SetString(InterfaceError, text.c_str());
+    SetErrorFromEngine(InterfaceError, text.c_str());
   } else {
     PyErr_SetString(InterfaceError, "");
   }

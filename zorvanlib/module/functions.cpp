@@ -7,6 +7,7 @@
 #include "module/errors.h"
 #include "module/globals.h"
 #include "module/help.h"
+#include "module/text.h"
 #include "problem/control.h"
 #include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
@@ -64,7 +65,7 @@ PyObject *GetLastError(PyObject *, PyObject *) {
   if (ZRVS_ge_getlasterror(&code, msg, sizeof msg, &nbytes) != 0)
     return ReportError(nullptr, nullptr);
   msg[sizeof msg - 1] = '\0';
-  return ReportError(nullptr, Py_BuildValue("(is)", code, msg));
+  return ReportError(nullptr, Py_BuildValue("(iN)", code, TextFromEngine(msg)));
 }
 
 PyObject *GetVersion(PyObject *, PyObject *) {

@@ -16,6 +16,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "module/types.h"
+#include "module/text.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 #include "problem/solve_guard.h"
@@ -149,6 +150,7 @@ int AppendName(uint64_t word, std::string &names) {
   const char *s = PyBytes_Check(text) ? PyBytes_AS_STRING(text)
                                       : PyUnicode_AsUTF8AndSize(text, &len);
   if (PyBytes_Check(text)) len = PyBytes_GET_SIZE(text);
+  if (s && CheckNameText(s, len, "constraint", text) < 0) s = nullptr;
   if (s) {
     names.append(s, static_cast<size_t>(len));
     names += '\0';

@@ -10,6 +10,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "module/types.h"
+#include "module/text.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 #include "problem/solve_guard.h"
@@ -69,6 +70,7 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
   if (!name) return -1;
   Py_ssize_t len;
   const char *text = PyUnicode_AsUTF8AndSize(name, &len);
+  if (text && CheckNameText(text, len, "SOS", name) < 0) text = nullptr;
   if (text) {
     b.names.append(text, static_cast<size_t>(len));
     b.names += '\0';

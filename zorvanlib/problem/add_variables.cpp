@@ -9,6 +9,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "module/types.h"
+#include "module/text.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 #include "problem/solve_guard.h"
@@ -51,7 +52,7 @@ int AppendName(uint64_t word, std::string &names) {
     PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
     return -1;
   }
-  if (!text) {
+  if (!text || CheckNameText(text, len, "variable", name) < 0) {
     Py_DECREF(name);
     return -1;
   }

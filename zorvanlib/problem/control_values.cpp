@@ -3,6 +3,7 @@
 
 #include "module/errors.h"
 #include "module/globals.h"
+#include "module/text.h"
 #include "problem/control.h"
 #include "zorvan/zslp.h"
 
@@ -193,7 +194,7 @@ PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_cont
     Py_END_ALLOW_THREADS
     if (rc != 0) return ReportError(self, nullptr);
     buf[sizeof buf - 1] = '\0';
-    return PyUnicode_FromString(buf);
+    return TextFromEngine(buf);
   }
   PyErr_SetString(ModelError, is_control ? "getControl() called with unknown ID"
                                          : "getAttrib() called with unknown ID");

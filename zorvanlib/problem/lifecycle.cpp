@@ -20,11 +20,11 @@ bool NotInitialized(ProblemObject *p) {
 
 namespace {
 
-// Cuts a view loose from the problem. The view stays in place, so that its
-// use says "Problem is not initialized".
+// Cuts a view loose and puts None in its place.
 void DropView(PyObject *&field) {
   if (!field) return;
   DetachView(field);
+  Py_SETREF(field, Py_NewRef(Py_None));
 }
 
 }  // namespace

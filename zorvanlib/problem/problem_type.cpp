@@ -4,6 +4,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "module/types.h"
+#include "module/text.h"
 #include "problem/control.h"
 #include "problem/control_methods.h"
 #include "problem/files.h"
@@ -15,8 +16,6 @@
 #include "problem/objective.h"
 #include "problem/solution.h"
 #include "problem/solve_guard.h"
-
-#include <structmember.h>
 
 namespace zrv {
 
@@ -101,7 +100,7 @@ PyObject *ProblemName(PyObject *self, PyObject *) {
   rc = ZRVSgetprobname(prob, &buffer[0]);
   Py_END_ALLOW_THREADS
   if (rc != 0) return ReportError(self, nullptr);
-  return ReportError(self, PyUnicode_FromString(buffer.c_str()));
+  return ReportError(self, TextFromEngine(buffer.c_str()));
 }
 
 PyObject *ProblemStr(PyObject *self) { return ProblemName(self, nullptr); }
@@ -235,14 +234,32 @@ PyMethodDef ProblemMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyMemberDef ProblemMembers[] = {
-    {"controls", T_OBJECT, offsetof(ProblemObject, controls), READONLY,
-     "The controls of the problem by name (see help(type(p.controls)))."},
-    {"attributes", T_OBJECT, offsetof(ProblemObject, attributes), READONLY,
-     "The attributes of the problem by name (see help(type(p.attributes)))."},
-    {"objattribs", T_OBJECT, offsetof(ProblemObject, objattribs), READONLY,
-     "The attributes of each objective (see help(type(p.objattribs)))."},
-    {nullptr, 0, 0, 0, nullptr},
+// The views; on a released problem (where they are None) reading one raises
+// "Problem is not initialized", so that p.controls.x says what is wrong.
+PyObject *View(PyObject *field) {
+  if (field && field != Py_None) return Py_NewRef(field);
+  PyErr_SetString(ModelError, "Problem is not initialized");
+  return nullptr;
+}
+
+PyObject *GetControls(PyObject *self, void *) {
+  return View(reinterpret_cast<ProblemObject *>(self)->controls);
+}
+PyObject *GetAttributes(PyObject *self, void *) {
+  return View(reinterpret_cast<ProblemObject *>(self)->attributes);
+}
+PyObject *GetObjAttribs(PyObject *self, void *) {
+  return View(reinterpret_cast<ProblemObject *>(self)->objattribs);
+}
+
+PyGetSetDef ProblemViews[] = {
+    {"controls", GetControls, nullptr,
+     "The controls of the problem by name (see help(type(p.controls))).", nullptr},
+    {"attributes", GetAttributes, nullptr,
+     "The attributes of the problem by name (see help(type(p.attributes))).", nullptr},
+    {"objattribs", GetObjAttribs, nullptr,
+     "The attributes of each objective (see help(type(p.objattribs))).", nullptr},
+    {nullptr, nullptr, nullptr, nullptr, nullptr},
 };
 
 }  // namespace
@@ -270,7 +287,7 @@ void SetupProblemType() {
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
   t.tp_methods = WithReadBackMethods(ProblemMethods);
-  t.tp_members = ProblemMembers;
+  t.tp_getset = ProblemViews;
   t.tp_doc = ZRV_HELP(
       "An optimization problem: variables, constraints, objective and solver controls.",
       "p = zorvan.problem(*args, name=None, sense=zorvan.minimize)",
