@@ -578,7 +578,10 @@ int ArrayToList(ProblemObject *p, Py_ssize_t count, const void *array, PyObject 
                 int code) {
   if (!array || !list || list == Py_None) return 0;
   if (!PyList_Check(list)) {
-    PyErr_SetString(ModelError, "Unexpected argument to conv_arr2obj");
+    PyErr_Format(ModelError,
+                 "Unexpected argument to conv_arr2obj: results are written into a list "
+                 "given by the caller, not a %s",
+                 Py_TYPE(list)->tp_name);
     return -1;
   }
   Py_ssize_t old = PyList_GET_SIZE(list);

@@ -15,6 +15,7 @@
 #include "module/globals.h"
 #include "module/help.h"
 #include "nonlinear/nonlinear_internal.h"
+#include "problem/control.h"
 #include "problem/problem.h"
 #include "problem/solution.h"
 
@@ -28,10 +29,14 @@ void DepthExceeded() {
   PyErr_SetString(ModelError, "Evaluation of expression exceeded recursion depth limit");
 }
 
-// The tolerance of And and Or: the user's default "miptol" when one is set.
+// The tolerance of And and Or: "miptol" of a fresh problem, from the table of
+// default control values held by the module's default-controls object (filled
+// when the control catalogue is loaded), else 5e-6.
 double LogicTolerance() {
-  if (!UserDefaults || !PyDict_Check(UserDefaults)) return kDefaultLogicTolerance;
-  PyObject *v = PyDict_GetItemString(UserDefaults, "miptol");  // borrowed
+  if (!DefaultControls) return kDefaultLogicTolerance;
+  PyObject *table = reinterpret_cast<ControlObject *>(DefaultControls)->table;
+  if (!table || !PyDict_Check(table)) return kDefaultLogicTolerance;
+  PyObject *v = PyDict_GetItemString(table, "miptol");  // borrowed
   if (!v) return kDefaultLogicTolerance;
   double t = PyFloat_AsDouble(v);
   if (t == -1.0 && PyErr_Occurred()) {

@@ -201,6 +201,29 @@ PyObject *ReadValue(ProblemObject *p, int id, int kind, int source, bool is_cont
   return nullptr;
 }
 
+namespace {
+
+// Whether the engine keeps the attribute per objective (the listings of one
+// objective hold only those). Asked for objective 0: the engine names an
+// attribute it does not keep per objective with ZRVS_ERR_UNKNOWNID whatever
+// the index.
+bool PerObjective(ProblemObject *p, int id, int kind) {
+  ZRVSprob prob = p->prob;
+  int rc;
+  Py_BEGIN_ALLOW_THREADS
+  if (kind == kInt) {
+    int64_t v = 0;
+    rc = ZRVSgetobjintattrib64(prob, 0, id, &v);
+  } else {
+    double v = 0.0;
+    rc = ZRVSgetobjdblattrib(prob, 0, id, &v);
+  }
+  Py_END_ALLOW_THREADS
+  return rc != ZRVS_ERR_UNKNOWNID;
+}
+
+}  // namespace
+
 PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control, int index) {
   PyObject *result = PyDict_New();
   if (!result) return nullptr;
@@ -219,7 +242,7 @@ PyObject *ReadAllValues(ProblemObject *p, PyObject *table, bool is_control, int 
     int id, kind, source;
     PyObject *value = nullptr;
     if (UnpackDescriptor(PyTuple_GET_ITEM(pair, 1), id, kind, source) == 0) {
-      if (index >= 0 && (kind == kString || source != kMain)) continue;
+      if (index >= 0 && (kind == kString || source != kMain || !PerObjective(p, id, kind))) continue;
       value = ReadValue(p, id, kind, source, is_control, index);
     }
     if (!value || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), value) < 0) {

@@ -55,6 +55,19 @@ PyObject *ObjAttribItem(PyObject *self, Py_ssize_t i) {
   return Py_NewRef(view);
 }
 
+// objattribs[i] with the index as given: a negative one is refused rather
+// than counted from the end.
+PyObject *ObjAttribSubscript(PyObject *self, PyObject *key) {
+  Py_ssize_t i = PyNumber_AsSsize_t(key, PyExc_IndexError);
+  if (i == -1 && PyErr_Occurred()) return nullptr;
+  if (i < 0) {
+    if (!Owner(self)) return nullptr;
+    PyErr_SetString(ModelError, "Invalid objective index");
+    return nullptr;
+  }
+  return ObjAttribItem(self, i);
+}
+
 PyObject *ObjAttribRepr(PyObject *self) {
   ProblemObject *p = Owner(self);
   if (!p) return nullptr;
@@ -82,6 +95,7 @@ void ObjAttribDealloc(PyObject *self) {
 }
 
 PySequenceMethods ObjAttribSequence{};
+PyMappingMethods ObjAttribMapping{};
 
 }  // namespace
 
@@ -101,6 +115,9 @@ void SetupObjAttribType() {
   ObjAttribSequence.sq_length = ObjAttribLength;
   ObjAttribSequence.sq_item = ObjAttribItem;
   t.tp_as_sequence = &ObjAttribSequence;
+  ObjAttribMapping.mp_length = ObjAttribLength;
+  ObjAttribMapping.mp_subscript = ObjAttribSubscript;
+  t.tp_as_mapping = &ObjAttribMapping;
   t.tp_doc = ZRV_HELP(
       "The attributes of each objective of a multi-objective problem.",
       "len(p.objattribs); p.objattribs[i].<name>",
