@@ -1,19 +1,54 @@
 #include "problem/solve_interrupt.h"
 
 #include <pythread.h>
+#include <semaphore.h>
 
 #include <atomic>
-#include <chrono>
+#include <cerrno>
 #include <csignal>
+#include <mutex>
+#include <thread>
 
 namespace zrv {
 
 namespace {
 
-// Set by the handler; an atomic flag is all a signal handler may touch.
+// Touched by the signal handler: a lock-free flag and sem_post, both safe
+// there.
 std::atomic<int> sigint_seen{0};
+sem_t wake_watcher;
 
-void OnSigint(int) { sigint_seen.store(1); }
+// The problem being solved on the main thread, or null.
+std::mutex solving_mutex;
+ZRVSprob solving_prob = nullptr;
+
+void OnSigint(int) {
+  sigint_seen.store(1);
+  sem_post(&wake_watcher);
+}
+
+void Watch() {
+  for (;;) {
+    while (sem_wait(&wake_watcher) != 0 && errno == EINTR) {
+    }
+    std::lock_guard<std::mutex> lock(solving_mutex);
+    if (solving_prob && sigint_seen.load()) ZRVSinterrupt(solving_prob, ZRVS_STOP_USER);
+  }
+}
+
+// Starts the watcher the first time; false when it cannot run.
+bool WatcherRunning() {
+  static bool running = [] {
+    if (sem_init(&wake_watcher, 0, 0) != 0) return false;
+    try {
+      std::thread(Watch).detach();
+    } catch (...) {
+      return false;
+    }
+    return true;
+  }();
+  return running;
+}
 
 bool OnMainThread() {
   PyObject *threading = PyImport_ImportModule("threading");
@@ -36,38 +71,35 @@ bool OnMainThread() {
 
 }  // namespace
 
-SigintDuringSolve::SigintDuringSolve(ZRVSprob prob) : prob_(prob) {
+SigintDuringSolve::SigintDuringSolve(ZRVSprob prob) {
   if (!OnMainThread()) return;
   PyOS_sighandler_t current = PyOS_getsig(SIGINT);
   // Ignored, or left to the system (Python does not handle it): keep that.
   if (current == SIG_IGN || current == SIG_DFL || current == SIG_ERR) return;
+  if (!WatcherRunning()) return;
+  {
+    std::lock_guard<std::mutex> lock(solving_mutex);
+    solving_prob = prob;
+  }
   sigint_seen.store(0);
   previous_ = PyOS_setsig(SIGINT, OnSigint);
-  if (previous_ == SIG_ERR) return;
+  if (previous_ == SIG_ERR) {
+    std::lock_guard<std::mutex> lock(solving_mutex);
+    solving_prob = nullptr;
+    return;
+  }
   active_ = true;
-  watcher_ = std::thread([this] {
-    std::unique_lock<std::mutex> lock(mutex_);
-    bool sent = false;
-    while (!done_) {
-      wake_.wait_for(lock, std::chrono::milliseconds(20));
-      if (!sent && sigint_seen.load()) {
-        ZRVSinterrupt(prob_, ZRVS_STOP_USER);
-        sent = true;
-      }
-    }
-  });
 }
 
 void SigintDuringSolve::Restore() {
   if (!active_) return;
   active_ = false;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    done_ = true;
-  }
-  wake_.notify_one();
-  watcher_.join();
   PyOS_setsig(SIGINT, previous_);
+  {
+    // Once this returns the watcher no longer reaches the problem.
+    std::lock_guard<std::mutex> lock(solving_mutex);
+    solving_prob = nullptr;
+  }
   fired_ = sigint_seen.exchange(0) != 0;
 }
 

@@ -1,18 +1,15 @@
 // Ctrl-C during a solve. The solving thread runs without the interpreter lock,
 // so Python's own SIGINT handling would only act once the solve is over. While
 // a solve runs on the main thread, a C-level SIGINT handler takes over: it
-// records the signal, and a small watcher thread asks the engine to stop
-// (ZRVSinterrupt with the user stop reason). After the solve the previous
-// handler is restored and the signal is handed to Python, which raises
-// KeyboardInterrupt (or runs the user's own handler).
+// records the signal and wakes a watcher thread (started once, asleep
+// otherwise) that asks the engine to stop (ZRVSinterrupt with the user stop
+// reason): the engine's calls are not safe inside a signal handler. After the
+// solve the previous handler is back and the signal is handed to Python,
+// which raises KeyboardInterrupt (or runs the user's own handler).
 #pragma once
 
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
-
-#include <condition_variable>
-#include <mutex>
-#include <thread>
 
 #include "zorvan/zrvs.h"
 
@@ -23,7 +20,6 @@ class SigintDuringSolve {
   // Takes over SIGINT when called from the main thread while Python handles
   // SIGINT; does nothing otherwise. Call with the interpreter lock held.
   explicit SigintDuringSolve(ZRVSprob prob);
-  // Restores the previous handler (without the interpreter lock is fine).
   ~SigintDuringSolve();
   SigintDuringSolve(const SigintDuringSolve &) = delete;
   SigintDuringSolve &operator=(const SigintDuringSolve &) = delete;
@@ -39,11 +35,6 @@ class SigintDuringSolve {
   bool active_ = false;
   bool fired_ = false;
   PyOS_sighandler_t previous_ = nullptr;
-  ZRVSprob prob_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  bool done_ = false;
-  std::thread watcher_;
 };
 
 }  // namespace zrv
