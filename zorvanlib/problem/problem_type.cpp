@@ -1,12 +1,12 @@
 // The `problem` type: allocation, destruction and the lifecycle methods.
-#include "bindings/readback.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "module/text.h"
-#include "problem/control.h"
-#include "problem/control_methods.h"
+#include "problem/readback.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
+#include "controls/control.h"
+#include "controls/control_methods.h"
 #include "problem/files.h"
 #include "problem/problem.h"
 #include "problem/add_objects.h"
@@ -16,6 +16,8 @@
 #include "problem/objective.h"
 #include "problem/solution.h"
 #include "problem/solve_guard.h"
+
+#include <string>
 
 namespace zrv {
 
@@ -234,30 +236,50 @@ PyMethodDef ProblemMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-// The views; on a released problem (where they are None) reading one raises
-// "Problem is not initialized", so that p.controls.x says what is wrong.
-PyObject *View(PyObject *field) {
-  if (field && field != Py_None) return Py_NewRef(field);
+// The error a failed engine call left on the problem: the main problem's
+// text, else its nonlinear companion's, else the global one (when the
+// problem could not be created).
+void RaiseProblemError(PyObject *self) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  char msg[ZRVS_MAXMESSAGELENGTH] = {0};
+  int code = 0;
+  ZRVSprob prob = p->prob;
+  ZSLPprob slp = p->slpprob;
+  if (prob) {
+    Py_BEGIN_ALLOW_THREADS
+    if (ZRVSgetlasterror(prob, msg) != 0) msg[0] = '\0';
+    Py_END_ALLOW_THREADS
+    msg[sizeof msg - 1] = '\0';
+    if (!msg[0] && slp && GetSlpStarted() != 0) {
+      Py_BEGIN_ALLOW_THREADS
+      if (ZSLPgetlasterror(slp, &code, msg) != 0) code = 0, msg[0] = '\0';
+      Py_END_ALLOW_THREADS
+      msg[sizeof msg - 1] = '\0';
+    }
+  }
+  std::string text = msg;
+  if (!prob) text = GlobalLastError(&code);
+  if (code == 0 && text.empty()) text = "Unidentified error associated with optimization problem";
+  SetErrorFromEngine(SolverError, text.c_str());
+}
+
+// The views, read-only. Once the problem is released (the fields hold None)
+// reading one raises "Problem is not initialized", so that p.controls.x says
+// what is wrong.
+template <PyObject *ProblemObject::*View>
+PyObject *GetView(PyObject *self, void *) {
+  PyObject *v = reinterpret_cast<ProblemObject *>(self)->*View;
+  if (v && v != Py_None) return Py_NewRef(v);
   PyErr_SetString(ModelError, "Problem is not initialized");
   return nullptr;
 }
 
-PyObject *GetControls(PyObject *self, void *) {
-  return View(reinterpret_cast<ProblemObject *>(self)->controls);
-}
-PyObject *GetAttributes(PyObject *self, void *) {
-  return View(reinterpret_cast<ProblemObject *>(self)->attributes);
-}
-PyObject *GetObjAttribs(PyObject *self, void *) {
-  return View(reinterpret_cast<ProblemObject *>(self)->objattribs);
-}
-
-PyGetSetDef ProblemViews[] = {
-    {"controls", GetControls, nullptr,
+PyGetSetDef ProblemGetSet[] = {
+    {"controls", GetView<&ProblemObject::controls>, nullptr,
      "The controls of the problem by name (see help(type(p.controls))).", nullptr},
-    {"attributes", GetAttributes, nullptr,
+    {"attributes", GetView<&ProblemObject::attributes>, nullptr,
      "The attributes of the problem by name (see help(type(p.attributes))).", nullptr},
-    {"objattribs", GetObjAttribs, nullptr,
+    {"objattribs", GetView<&ProblemObject::objattribs>, nullptr,
      "The attributes of each objective (see help(type(p.objattribs))).", nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr},
 };
@@ -287,7 +309,8 @@ void SetupProblemType() {
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
   t.tp_methods = WithReadBackMethods(ProblemMethods);
-  t.tp_getset = ProblemViews;
+  RegisterErrorSource(&t, RaiseProblemError);
+  t.tp_getset = ProblemGetSet;
   t.tp_doc = ZRV_HELP(
       "An optimization problem: variables, constraints, objective and solver controls.",
       "p = zorvan.problem(*args, name=None, sense=zorvan.minimize)",

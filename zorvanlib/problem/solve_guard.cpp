@@ -2,7 +2,7 @@
 
 #include <pythread.h>
 
-#include "module/globals.h"
+#include "base/globals.h"
 
 namespace zrv {
 
@@ -17,14 +17,6 @@ bool CannotChange(ProblemObject *p, const char *what) {
   if (!p->prob || !p->solving) return NotInitialized(p);
   PyErr_Format(ModelError,
                "The problem is being solved: %s cannot change it until the solve ends", what);
-  return true;
-}
-
-bool BusyInOtherThread(ProblemObject *p) {
-  if (!p->solving || p->solving_thread == PyThread_get_thread_ident()) return false;
-  PyErr_SetString(ModelError,
-                  "The problem is being solved in another thread: it cannot be used until "
-                  "the solve ends");
   return true;
 }
 

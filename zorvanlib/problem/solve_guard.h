@@ -25,10 +25,6 @@ class SolveScope {
 // that changes the model or releases the engine problem starts with it.
 bool CannotChange(ProblemObject *p, const char *what);
 
-// Raises ModelError and returns true when another thread is solving the
-// problem (used by NotInitialized, so every read is covered).
-bool BusyInOtherThread(ProblemObject *p);
-
 // Raises ModelError and returns true when any live problem is being solved
 // (before the engine is stopped, which releases every problem).
 bool AnyProblemSolving(const char *what);
