@@ -1,6 +1,7 @@
 // Reading and setting single controls and attributes of a problem.
 #include <string>
 
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/text.h"
@@ -208,17 +209,10 @@ namespace {
 // attribute it does not keep per objective with ZRVS_ERR_UNKNOWNID whatever
 // the index.
 bool PerObjective(ProblemHandles *p, int id, int kind) {
-  ZRVSprob prob = p->prob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  if (kind == kInt) {
-    int64_t v = 0;
-    rc = ZRVSgetobjintattrib64(prob, 0, id, &v);
-  } else {
-    double v = 0.0;
-    rc = ZRVSgetobjdblattrib(prob, 0, id, &v);
-  }
-  Py_END_ALLOW_THREADS
+  int64_t i = 0;
+  double d = 0.0;
+  int rc = kind == kInt ? CallUnlocked(ZRVSgetobjintattrib64, p->prob, 0, id, &i)
+                        : CallUnlocked(ZRVSgetobjdblattrib, p->prob, 0, id, &d);
   return rc != ZRVS_ERR_UNKNOWNID;
 }
 
@@ -242,7 +236,8 @@ PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int
     int id, kind, source;
     PyObject *value = nullptr;
     if (UnpackDescriptor(PyTuple_GET_ITEM(pair, 1), id, kind, source) == 0) {
-      if (index >= 0 && (kind == kString || source != kMain || !PerObjective(p, id, kind))) continue;
+      if (index >= 0 && (kind == kString || source != kMain || !PerObjective(p, id, kind)))
+        continue;
       value = ReadValue(p, id, kind, source, is_control, index);
     }
     if (!value || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), value) < 0) {

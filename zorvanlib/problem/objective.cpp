@@ -8,6 +8,7 @@
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
@@ -229,13 +230,9 @@ struct SavedControls {
 };
 
 int ReadSense(ProblemObject *p, int *sense) {
-  ZRVSprob prob = p->prob;
   double v = 0.0;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetdblattrib(prob, ZRVS_OBJSENSE, &v);
-  Py_END_ALLOW_THREADS
-  if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
+  PyObject *self = reinterpret_cast<PyObject *>(p);
+  if (CallEngine(self, ZRVSgetdblattrib, p->prob, ZRVS_OBJSENSE, &v) < 0) return -1;
   *sense = v < 0 ? -1 : 1;
   return 0;
 }
