@@ -11,8 +11,8 @@
 #include "base/text.h"
 #include "base/types.h"
 #include "problem/add_objects.h"
-#include "zorvan/zrvs.h"
 #include "problem/solve_guard.h"
+#include "zorvan/zrvs.h"
 
 namespace zrv {
 

@@ -10,8 +10,8 @@
 #include "base/types.h"
 #include "base/arrays.h"
 #include "problem/add_objects.h"
-#include "zorvan/zrvs.h"
 #include "problem/solve_guard.h"
+#include "zorvan/zrvs.h"
 
 namespace zrv {
 

@@ -23,8 +23,8 @@
 #include "base/types.h"
 #include "problem/add_objects.h"
 #include "problem/problem.h"
-#include "zorvan/zrvs.h"
 #include "problem/solve_guard.h"
+#include "zorvan/zrvs.h"
 
 namespace zrv {
 
