@@ -51,7 +51,8 @@ class TestObjectiveAttributes:
         for index in (-1, -2, 2):
             with pytest.raises(z.ModelError, match="Invalid objective index"):
                 p.objattribs[index]
-        assert [p.objattribs[i].solstatus for i in range(2)] == [z.SolStatus.OPTIMAL] * 2
+        assert [a.solstatus for a in p.objattribs] == [z.SolStatus.OPTIMAL] * 2
+        assert list(p.objattribs) == [p.objattribs[0], p.objattribs[1]]
 
 
 def test_init_without_argument_means_none():

@@ -3,7 +3,7 @@
 The module is the compiled extension zorvan.zorvanlib; these declarations
 describe what it exports (tests/test_type_stubs.py keeps them in step)."""
 from types import ModuleType
-from typing import Any, Callable, Iterable, Mapping, Optional, Sequence, Tuple, Union, overload
+from typing import Any, Callable, Iterator, Mapping, Optional, Tuple, Union, overload
 
 import numpy as np
 
@@ -108,6 +108,7 @@ class _ObjAttrib:
     """p.objattribs: the attributes of each objective."""
     def __len__(self) -> int: ...
     def __getitem__(self, index: int) -> _Attribute: ...
+    def __iter__(self) -> Iterator[_Attribute]: ...
 
 class problem:
     @property

@@ -68,6 +68,26 @@ PyObject *ObjAttribSubscript(PyObject *self, PyObject *key) {
   return ObjAttribItem(self, i);
 }
 
+// iter(p.objattribs): the views of the objectives there are now (indexing
+// past the end raises ModelError, which would end a plain sequence walk with
+// an error).
+PyObject *ObjAttribIter(PyObject *self) {
+  ProblemHandles *p = Owner(self);
+  if (!p) return nullptr;
+  Py_ssize_t n = Objectives(p);
+  if (n < 0) return nullptr;
+  PyObject *views = PyList_New(0);
+  for (Py_ssize_t i = 0; views && i < n; ++i) {
+    PyObject *view = ObjAttribItem(self, i);
+    if (!view || PyList_Append(views, view) < 0) Py_CLEAR(views);
+    Py_XDECREF(view);
+  }
+  if (!views) return nullptr;
+  PyObject *iter = PyObject_GetIter(views);
+  Py_DECREF(views);
+  return iter;
+}
+
 PyObject *ObjAttribRepr(PyObject *self) {
   ProblemHandles *p = Owner(self);
   if (!p) return nullptr;
@@ -118,6 +138,7 @@ void SetupObjAttribType() {
   ObjAttribMapping.mp_length = ObjAttribLength;
   ObjAttribMapping.mp_subscript = ObjAttribSubscript;
   t.tp_as_mapping = &ObjAttribMapping;
+  t.tp_iter = ObjAttribIter;
   t.tp_doc = ZRV_HELP(
       "The attributes of each objective of a multi-objective problem.",
       "len(p.objattribs); p.objattribs[i].<name>",
