@@ -192,3 +192,50 @@ def test_ctrl_c_stops_a_solve_promptly():
     assert interrupted == "interrupted True"
     assert stop == "True"  # stopped for the user
     assert second == "STOPPED" and handler == "handler restored"
+
+
+def test_random_calls_from_another_thread_never_crash():
+    # A thread keeps calling random methods of a problem while the main thread
+    # solves it again and again; in a process of its own, so that a crash
+    # shows as a failed run instead of ending the test session.
+    result = run_python("""
+        import random, threading, zorvan as z
+        r = random.Random(5)
+        x = [z.var(vartype=z.binary, name=f"x{j}") for j in range(24)]
+        p = z.problem(); p.addVariable(x)
+        for _ in range(3):
+            a = [r.randint(0, 99) for _ in x]
+            p.addConstraint(z.Sum(c * v for c, v in zip(a, x)) == sum(a) // 2)
+        p.setObjective(z.Sum(x))
+        p.controls.outputlog = 0; p.controls.timelimit = 0.3
+        # Changes that keep the model hard to solve, so that solves overlap
+        # with the calls; deletions and reset are tried in the tests above.
+        calls = [
+            lambda: p.addVariable(z.var()), lambda: p.addConstraint(x[0] <= 1),
+            lambda: p.setObjective(x[1], sense=z.maximize), p.copy, p.name,
+            lambda: p.attributes.cols, lambda: p.controls.presolve,
+            lambda: p.getSolution(), lambda: p.getlb([]), lambda: p.getnames(2, []),
+            lambda: p.optimize(), lambda: repr(p.controls), lambda: len(p.objattribs),
+        ]
+        done = threading.Event()
+        counts = {"refused": 0, "ran": 0, "other": 0}
+        def worker():
+            while not done.is_set():
+                try:
+                    r.choice(calls)()
+                    counts["ran"] += 1
+                except z.ModelError as e:
+                    counts["refused" if "being solved" in str(e) else "other"] += 1
+                except (z.SolverError, z.InterfaceError):
+                    counts["other"] += 1
+        t = threading.Thread(target=worker); t.start()
+        for _ in range(6):
+            try:
+                p.optimize()
+            except z.ModelError:
+                pass
+        done.set(); t.join()
+        print(counts["refused"] > 0, counts["ran"] > 0)
+    """)
+    assert result.returncode == 0, result.stderr
+    assert result.stdout.split() == ["True", "True"]
