@@ -1,6 +1,7 @@
 // Reading and setting single controls and attributes of a problem.
 #include <string>
 
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "controls/control.h"
@@ -20,9 +21,7 @@ int KindOfIdentifier(int id, int &kind) {
   const int *ids = nullptr;
   const int *flags = nullptr;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetcalist_d(&ids, &flags);
-  Py_END_ALLOW_THREADS
+  rc = CallUnlocked(ZRVSgetcalist_d, &ids, &flags);
   if (rc != 0 || !ids || !flags) {
     PyErr_SetString(ModelError, "Internal error: failed to get control list");
     return -1;
@@ -88,23 +87,23 @@ int SetControlValue(ProblemHandles *p, int id, int kind, int source, PyObject *v
       PyErr_SetString(ModelError, "Integer control value out of range");
       return -1;
     }
-    Py_BEGIN_ALLOW_THREADS
-    rc = source == kMain ? ZRVSsetintcontrol64(prob, id, v)
-                         : ZSLPsetintcontrol(slp, id, static_cast<int>(v));
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      rc = source == kMain ? ZRVSsetintcontrol64(prob, id, v)
+                           : ZSLPsetintcontrol(slp, id, static_cast<int>(v));
+    });
   } else if (kind == kReal) {
     double v = PyFloat_AsDouble(value);
     if (v == -1.0 && PyErr_Occurred()) return -1;
-    Py_BEGIN_ALLOW_THREADS
-    rc = source == kMain ? ZRVSsetdblcontrol(prob, id, v) : ZSLPsetdblcontrol(slp, id, v);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      rc = source == kMain ? ZRVSsetdblcontrol(prob, id, v) : ZSLPsetdblcontrol(slp, id, v);
+    });
   } else {
     const char *text = PyUnicode_AsUTF8(value);
     if (!text) return -1;
     // The text belongs to value, which the caller keeps alive.
-    Py_BEGIN_ALLOW_THREADS
-    rc = source == kMain ? ZRVSsetstrcontrol(prob, id, text) : ZSLPsetstrcontrol(slp, id, text);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      rc = source == kMain ? ZRVSsetstrcontrol(prob, id, text) : ZSLPsetstrcontrol(slp, id, text);
+    });
   }
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
@@ -145,17 +144,17 @@ PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_con
     long long v = 0;
     if (source == kMain) {
       int64_t v64 = 0;
-      Py_BEGIN_ALLOW_THREADS
-      rc = is_control   ? ZRVSgetintcontrol64(prob, id, &v64)
-           : index >= 0 ? ZRVSgetobjintattrib64(prob, index, id, &v64)
-                        : ZRVSgetintattrib64(prob, id, &v64);
-      Py_END_ALLOW_THREADS
+      CallUnlocked([&] {
+        rc = is_control   ? ZRVSgetintcontrol64(prob, id, &v64)
+             : index >= 0 ? ZRVSgetobjintattrib64(prob, index, id, &v64)
+                          : ZRVSgetintattrib64(prob, id, &v64);
+      });
       v = v64;
     } else {
       int v32 = 0;
-      Py_BEGIN_ALLOW_THREADS
-      rc = is_control ? ZSLPgetintcontrol(slp, id, &v32) : ZSLPgetintattrib(slp, id, &v32);
-      Py_END_ALLOW_THREADS
+      CallUnlocked([&] {
+        rc = is_control ? ZSLPgetintcontrol(slp, id, &v32) : ZSLPgetintattrib(slp, id, &v32);
+      });
       v = v32;
     }
     if (rc != 0) return ReportError(self, nullptr);
@@ -166,14 +165,14 @@ PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_con
   }
   if (kind == kReal) {
     double v = 0;
-    Py_BEGIN_ALLOW_THREADS
-    if (source == kMain)
-      rc = is_control   ? ZRVSgetdblcontrol(prob, id, &v)
-           : index >= 0 ? ZRVSgetobjdblattrib(prob, index, id, &v)
-                        : ZRVSgetdblattrib(prob, id, &v);
-    else
-      rc = is_control ? ZSLPgetdblcontrol(slp, id, &v) : ZSLPgetdblattrib(slp, id, &v);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      if (source == kMain)
+        rc = is_control   ? ZRVSgetdblcontrol(prob, id, &v)
+             : index >= 0 ? ZRVSgetobjdblattrib(prob, index, id, &v)
+                          : ZRVSgetdblattrib(prob, id, &v);
+      else
+        rc = is_control ? ZSLPgetdblcontrol(slp, id, &v) : ZSLPgetdblattrib(slp, id, &v);
+    });
     if (rc != 0) return ReportError(self, nullptr);
     return PyFloat_FromDouble(v);
   }
@@ -184,13 +183,13 @@ PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_con
     }
     char buf[ZRVS_MAXSTRINGLENGTH] = {0};
     int nbytes = 0;
-    Py_BEGIN_ALLOW_THREADS
-    if (source == kMain)
-      rc = is_control ? ZRVSgetstringcontrol(prob, id, buf, sizeof buf, &nbytes)
-                      : ZRVSgetstringattrib(prob, id, buf, sizeof buf, &nbytes);
-    else
-      rc = is_control ? ZSLPgetstrcontrol(slp, id, buf) : ZSLPgetstrattrib(slp, id, buf);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      if (source == kMain)
+        rc = is_control ? ZRVSgetstringcontrol(prob, id, buf, sizeof buf, &nbytes)
+                        : ZRVSgetstringattrib(prob, id, buf, sizeof buf, &nbytes);
+      else
+        rc = is_control ? ZSLPgetstrcontrol(slp, id, buf) : ZSLPgetstrattrib(slp, id, buf);
+    });
     if (rc != 0) return ReportError(self, nullptr);
     buf[sizeof buf - 1] = '\0';
     return PyUnicode_FromString(buf);

@@ -63,20 +63,10 @@ PyObject *NameBytes(PyObject *o) {
   return b;
 }
 
-// Reads an integer attribute of the problem; -1 with an exception on failure.
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  int status = CallUnlocked(ZRVSgetintattrib, p->prob, id, value);
-  if (status != 0) {
-    ReportError(reinterpret_cast<PyObject *>(p), nullptr);
-    return -1;
-  }
-  return 0;
-}
-
 // rows + sparerows: where columns start in the unified numbering.
 int UnifiedOffset(ProblemObject *p, int *offset) {
   int rows = 0, spare = 0;
-  if (IntAttrib(p, ZRVS_ROWS, &rows) < 0 || IntAttrib(p, ZRVS_SPAREROWS, &spare) < 0)
+  if (ReadIntAttrib(p, ZRVS_ROWS, &rows) < 0 || ReadIntAttrib(p, ZRVS_SPAREROWS, &spare) < 0)
     return -1;
   *offset = rows + spare;
   return 0;

@@ -91,15 +91,6 @@ int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
   return -1;
 }
 
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  ZRVSprob prob = p->prob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, id, value);
-  Py_END_ALLOW_THREADS
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
-}
-
 // Every column's coefficient of the new objective, zero where it has none;
 // with a leading entry for the constant (column -1) when `constant` is set.
 void DenseCoefficients(const Objective &obj, int ncols, bool constant, std::vector<int> &ind,
@@ -118,8 +109,8 @@ void DenseCoefficients(const Objective &obj, int ncols, bool constant, std::vect
 
 int SetPrimary(ProblemObject *p, const Objective &obj) {
   int ncols = 0, qelems = 0;
-  if (IntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
-  if (IntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
   std::vector<int> ind;
   std::vector<double> val;
   DenseCoefficients(obj, ncols, true, ind, val);
@@ -134,42 +125,42 @@ int SetPrimary(ProblemObject *p, const Objective &obj) {
     if (new1[i] == new2[i]) newv[i] *= 2.0;
   ZRVSprob prob = p->prob;
   int rc = 0;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobj(prob, static_cast<int>(ind.size()), ind.data(), val.data());
-  if (rc == 0 && qelems > 0 && ncols > 0) {
-    int64_t n = 0;
-    start.resize(static_cast<size_t>(ncols) + 1);
-    rc = ZRVSgetmqobj64(prob, start.data(), nullptr, nullptr, 0, &n, 0, ncols - 1);
-    if (rc == 0 && n > 0) {
-      qind.resize(static_cast<size_t>(n));
-      qval.resize(static_cast<size_t>(n));
-      rc = ZRVSgetmqobj64(prob, start.data(), qind.data(), qval.data(), n, &n, 0, ncols - 1);
-    }
-    if (rc == 0 && n > 0) {
-      for (int j = 0; j < ncols; ++j) {
-        for (int64_t k = start[static_cast<size_t>(j)]; k < start[static_cast<size_t>(j) + 1]; ++k) {
-          if (qind[static_cast<size_t>(k)] <= j) {
-            clear1.push_back(qind[static_cast<size_t>(k)]);
-            clear2.push_back(j);
+  CallUnlocked([&] {
+    rc = ZRVSchgobj(prob, static_cast<int>(ind.size()), ind.data(), val.data());
+    if (rc == 0 && qelems > 0 && ncols > 0) {
+      int64_t n = 0;
+      start.resize(static_cast<size_t>(ncols) + 1);
+      rc = ZRVSgetmqobj64(prob, start.data(), nullptr, nullptr, 0, &n, 0, ncols - 1);
+      if (rc == 0 && n > 0) {
+        qind.resize(static_cast<size_t>(n));
+        qval.resize(static_cast<size_t>(n));
+        rc = ZRVSgetmqobj64(prob, start.data(), qind.data(), qval.data(), n, &n, 0, ncols - 1);
+      }
+      if (rc == 0 && n > 0) {
+        for (int j = 0; j < ncols; ++j) {
+          for (int64_t k = start[static_cast<size_t>(j)]; k < start[static_cast<size_t>(j) + 1]; ++k) {
+            if (qind[static_cast<size_t>(k)] <= j) {
+              clear1.push_back(qind[static_cast<size_t>(k)]);
+              clear2.push_back(j);
+            }
           }
         }
+        std::vector<double> zeros(clear1.size(), 0.0);
+        rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(clear1.size()), clear1.data(),
+                            clear2.data(), zeros.data());
       }
-      std::vector<double> zeros(clear1.size(), 0.0);
-      rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(clear1.size()), clear1.data(),
-                          clear2.data(), zeros.data());
     }
-  }
-  if (rc == 0 && !newv.empty())
-    rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(newv.size()), new1.data(), new2.data(),
-                        newv.data());
-  Py_END_ALLOW_THREADS
+    if (rc == 0 && !newv.empty())
+      rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(newv.size()), new1.data(), new2.data(),
+                          newv.data());
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
 int SetFurther(ProblemObject *p, const Objective &obj, int k, int count) {
   int ncols = 0, qelems = 0;
-  if (IntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
-  if (IntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
   if (!obj.qcoefs.empty() || qelems != 0 || p->nl_objective) {
     PyErr_SetString(ModelError,
                     "Quadratic and nonlinear objectives are not supported in multi-objective "
@@ -182,18 +173,18 @@ int SetFurther(ProblemObject *p, const Objective &obj, int k, int count) {
   ZRVSprob prob = p->prob;
   const double constant = obj.constant;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobjn(prob, k, static_cast<int>(ind.size()), ind.data(), val.data());
-  if (rc == 0) {
-    rc = ZRVSsetobjdblcontrol(prob, k, ZRVS_OBJECTIVE_RHS, constant);
-    // A new objective that could not be completed is taken out again.
-    if (rc != 0 && k == count) ZRVSdelobj(prob, k);
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVSchgobjn(prob, k, static_cast<int>(ind.size()), ind.data(), val.data());
+    if (rc == 0) {
+      rc = ZRVSsetobjdblcontrol(prob, k, ZRVS_OBJECTIVE_RHS, constant);
+      // A new objective that could not be completed is taken out again.
+      if (rc != 0 && k == count) ZRVSdelobj(prob, k);
+    }
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
-int ObjectiveCount(ProblemObject *p, int *count) { return IntAttrib(p, ZRVS_OBJECTIVES, count); }
+int ObjectiveCount(ProblemObject *p, int *count) { return ReadIntAttrib(p, ZRVS_OBJECTIVES, count); }
 
 // The objective controls given with a call, by identifier.
 struct ControlArgs {
@@ -283,10 +274,10 @@ int SetSense(ProblemObject *p, int sense) {
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobjsense(prob, sense == 1 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE);
-  if (rc == 0 && slp) rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, sense == 1 ? 1.0 : -1.0);
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVSchgobjsense(prob, sense == 1 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE);
+    if (rc == 0 && slp) rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, sense == 1 ? 1.0 : -1.0);
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
@@ -360,9 +351,9 @@ PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   PyObject *type, *value, *traceback;
   PyErr_Fetch(&type, &value, &traceback);
   ZRVSprob prob = p->prob;
-  Py_BEGIN_ALLOW_THREADS
-  for (int k = first + added - 1; k >= first; --k) ZRVSdelobj(prob, k);
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    for (int k = first + added - 1; k >= first; --k) ZRVSdelobj(prob, k);
+  });
   PyErr_Restore(type, value, traceback);
   return nullptr;
 }

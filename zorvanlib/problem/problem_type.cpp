@@ -1,5 +1,6 @@
 // The `problem` type: allocation, destruction and the lifecycle methods.
 #include "problem/readback.h"
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
@@ -88,17 +89,11 @@ ProblemObject *Checked(PyObject *self) {
 PyObject *ProblemName(PyObject *self, PyObject *) {
   ProblemObject *p = Checked(self);
   if (!p) return nullptr;
-  ZRVSprob prob = p->prob;
-  int length = 0, rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, ZRVS_PROBNAMELENGTH, &length);
-  Py_END_ALLOW_THREADS
-  if (rc != 0 || length < 0) return ReportError(self, nullptr);
+  int length = 0;
+  if (ReadIntAttrib(p, ZRVS_PROBNAMELENGTH, &length) < 0) return nullptr;
+  if (length < 0) return ReportError(self, nullptr);
   std::string buffer(static_cast<size_t>(length) + 1, '\0');
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetprobname(prob, &buffer[0]);
-  Py_END_ALLOW_THREADS
-  if (rc != 0) return ReportError(self, nullptr);
+  if (CallEngine(self, ZRVSgetprobname, p->prob, &buffer[0]) < 0) return nullptr;
   return ReportError(self, PyUnicode_FromString(buffer.c_str()));
 }
 
@@ -242,14 +237,14 @@ void RaiseProblemError(PyObject *self) {
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
   if (prob) {
-    Py_BEGIN_ALLOW_THREADS
-    if (ZRVSgetlasterror(prob, msg) != 0) msg[0] = '\0';
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      if (ZRVSgetlasterror(prob, msg) != 0) msg[0] = '\0';
+    });
     msg[sizeof msg - 1] = '\0';
     if (!msg[0] && slp && GetSlpStarted() != 0) {
-      Py_BEGIN_ALLOW_THREADS
-      if (ZSLPgetlasterror(slp, &code, msg) != 0) code = 0, msg[0] = '\0';
-      Py_END_ALLOW_THREADS
+      CallUnlocked([&] {
+        if (ZSLPgetlasterror(slp, &code, msg) != 0) code = 0, msg[0] = '\0';
+      });
       msg[sizeof msg - 1] = '\0';
     }
   }

@@ -20,9 +20,9 @@ ProblemObject *Checked(PyObject *self) {
   return NotInitialized(p) ? nullptr : p;
 }
 
+// The number of columns or rows.
 int Count(ProblemObject *p, bool columns, int *n) {
-  int rc = CallUnlocked(ZRVSgetintattrib, p->prob, columns ? ZRVS_ORIGINALCOLS : ZRVS_ORIGINALROWS, n);
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
+  return ReadIntAttrib(p, columns ? ZRVS_ORIGINALCOLS : ZRVS_ORIGINALROWS, n);
 }
 
 // first and last as row or column indices; absent ones span the whole model.
@@ -124,8 +124,7 @@ PyObject *GetNames(PyObject *self, PyObject *args, PyObject *kwds) {
   int first = 0, last = -1;
   if (type == 3) {
     int sets = 0;
-    if (CallUnlocked(ZRVSgetintattrib, p->prob, ZRVS_ORIGINALSETS, &sets) != 0)
-      return ReportError(self, nullptr);
+    if (ReadIntAttrib(p, ZRVS_ORIGINALSETS, &sets) < 0) return nullptr;
     last = sets - 1;
     int32_t i;
     if (first_obj && first_obj != Py_None) {

@@ -25,15 +25,6 @@ enum Vector { kPrimal, kSlack, kDual, kRCost };
 
 bool RowVector(Vector v) { return v == kSlack || v == kDual; }
 
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  ZRVSprob prob = p->prob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, id, value);
-  Py_END_ALLOW_THREADS
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
-}
-
 int NonlinearNotAvailable() {
   PyErr_SetString(ModelError, "Solutions of nonlinear problems are not available yet");
   return -1;
@@ -45,7 +36,7 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   if (UsesNonlinearSolution(p, &nonlinear) < 0) return -1;
   if (nonlinear) return NonlinearNotAvailable();
   int n = 0;
-  if (IntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
+  if (ReadIntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
   if (ProblemIsMip(p, &mip) < 0) return -1;
   if (mip && which == kDual) {
     PyErr_SetString(SolverError, "Cannot retrieve dual variables in a MIP");
@@ -62,16 +53,16 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   double *buffer = out.empty() ? &scratch : out.data();
   ZRVSprob prob = p->prob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  if (mip) {
-    rc = ZRVSgetmipsol(prob, which == kPrimal ? buffer : nullptr,
-                       which == kSlack ? buffer : nullptr);
-  } else {
-    rc = ZRVSgetlpsol(prob, which == kPrimal ? buffer : nullptr,
-                      which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
-                      which == kRCost ? buffer : nullptr);
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    if (mip) {
+      rc = ZRVSgetmipsol(prob, which == kPrimal ? buffer : nullptr,
+                         which == kSlack ? buffer : nullptr);
+    } else {
+      rc = ZRVSgetlpsol(prob, which == kPrimal ? buffer : nullptr,
+                        which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
+                        which == kRCost ? buffer : nullptr);
+    }
+  });
   if (rc == 0) return 0;
   switch (which) {
     case kPrimal: return ReportFailure(reinterpret_cast<PyObject *>(p));
@@ -185,7 +176,7 @@ int ProblemIsMip(ProblemObject *p, bool *mip) {
   *mip = false;
   for (int id : kIds) {
     int n = 0;
-    if (IntAttrib(p, id, &n) < 0) return -1;
+    if (ReadIntAttrib(p, id, &n) < 0) return -1;
     if (n != 0) *mip = true;
   }
   return 0;
@@ -200,9 +191,7 @@ int UsesNonlinearSolution(ProblemObject *p, bool *yes) {
     return 0;
   }
   int status = 0, rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZSLPgetintattrib(slp, ZSLP_NLPSTATUS, &status);
-  Py_END_ALLOW_THREADS
+  rc = CallUnlocked(ZSLPgetintattrib, slp, ZSLP_NLPSTATUS, &status);
   if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
   *yes = status >= 1 && status <= 6;
   return 0;

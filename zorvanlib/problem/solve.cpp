@@ -2,6 +2,7 @@
 // getProbStatus and getProbStatusString.
 #include "problem/solution.h"
 
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
@@ -35,13 +36,13 @@ PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
   ZRVSprob prob = p->prob;
   int solvestatus = 0, solstatus = 0, rc;
   // Callbacks take the interpreter lock back for themselves.
-  Py_BEGIN_ALLOW_THREADS
-  switch (solver) {
-    case Solver::kAutomatic: rc = ZRVSoptimize(prob, flags, &solvestatus, &solstatus); break;
-    case Solver::kLp: rc = ZRVSlpoptimize(prob, flags); break;
-    default: rc = ZRVSmipoptimize(prob, flags); break;
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    switch (solver) {
+      case Solver::kAutomatic: rc = ZRVSoptimize(prob, flags, &solvestatus, &solstatus); break;
+      case Solver::kLp: rc = ZRVSlpoptimize(prob, flags); break;
+      default: rc = ZRVSmipoptimize(prob, flags); break;
+    }
+  });
   if (rc != 0) return ReportError(self, nullptr);
   // An exception raised in a callback fails the call.
   if (PyErr_Occurred()) return nullptr;
@@ -62,21 +63,11 @@ bool NonlinearProblem(ProblemObject *p) {
 int Status(ProblemObject *p, int *status, bool *nonlinear, bool *mip) {
   *nonlinear = NonlinearProblem(p);
   *mip = false;
-  int rc;
-  if (*nonlinear) {
-    ZSLPprob slp = p->slpprob;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZSLPgetintattrib(slp, ZSLP_NLPSTATUS, status);
-    Py_END_ALLOW_THREADS
-  } else {
-    if (ProblemIsMip(p, mip) < 0) return -1;
-    ZRVSprob prob = p->prob;
-    const int id = *mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSgetintattrib(prob, id, status);
-    Py_END_ALLOW_THREADS
-  }
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
+  if (*nonlinear)
+    return CallEngine(reinterpret_cast<PyObject *>(p), ZSLPgetintattrib, p->slpprob,
+                      ZSLP_NLPSTATUS, status);
+  if (ProblemIsMip(p, mip) < 0) return -1;
+  return ReadIntAttrib(p, *mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, status);
 }
 
 const char *StatusName(int status, bool nonlinear, bool mip) {
@@ -115,17 +106,13 @@ PyObject *ProblemGetObjVal(PyObject *self, PyObject *) {
   int rc;
   if (NonlinearProblem(p)) {
     ZSLPprob slp = p->slpprob;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZSLPgetdblattrib(slp, ZSLP_OBJVAL, &value);
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZSLPgetdblattrib, slp, ZSLP_OBJVAL, &value);
   } else {
     bool mip;
     if (ProblemIsMip(p, &mip) < 0) return nullptr;
     ZRVSprob prob = p->prob;
     const int id = mip ? ZRVS_MIPOBJVAL : ZRVS_LPOBJVAL;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSgetdblattrib(prob, id, &value);
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZRVSgetdblattrib, prob, id, &value);
   }
   if (rc != 0) return ReportError(self, nullptr);
   return PyFloat_FromDouble(value);
