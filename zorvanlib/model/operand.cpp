@@ -54,6 +54,13 @@ PyObject *PlainNumber(PyObject *o) {
   return PyFloat_FromDouble(v);
 }
 
+OperandKind ScalarKind(PyObject *o) {
+  OperandKind k = KindOf(o);
+  if (k >= KindNumber && k <= KindNonlinear) return k;
+  InvalidOperand(o);
+  return KindInvalid;
+}
+
 PyObject *InvalidOperand(PyObject *o) {
   PyErr_Format(ModelError, "Invalid object in operation: <%S>", o);
   return nullptr;

@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+#include "zorvan/zrvs.h"
+
 struct VarObject {
   PyObject_HEAD
   uint64_t word;  // 0: allocated but not initialized
@@ -28,7 +30,8 @@ constexpr uint64_t kVarNameStored = uint64_t{1} << 59;
 constexpr int kVarTypeShift = 60;
 constexpr uint64_t kVarTypeMask = uint64_t{7} << kVarTypeShift;
 
-constexpr double kInfinity = 1e20;
+// Bounds at or beyond this are no bound.
+constexpr double kInfinity = ZRVS_PLUSINFINITY;
 
 inline uint64_t VarId(uint64_t word) { return word & kVarIdMask; }
 inline uint64_t VarWordOf(PyObject *v) { return reinterpret_cast<VarObject *>(v)->word; }

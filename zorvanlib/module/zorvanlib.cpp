@@ -4,6 +4,7 @@
 #include "aggregate/aggregate.h"
 #include "algebra/arith.h"
 #include "module/constants.h"
+#include "base/enums.h"
 #include "base/environment.h"
 #include "base/errors.h"
 #include "module/functions.h"
@@ -52,6 +53,7 @@ void ReleaseTables() {
 
 void ModuleFree(void *) {
   ReleaseTables();
+  ReleaseEnums();
   FreeMaps();
   StopEnvironment(false);
   Py_CLEAR(ModelError);

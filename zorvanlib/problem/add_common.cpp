@@ -6,6 +6,7 @@
 #include "model/constraint.h"
 #include "model/sos.h"
 #include "model/var.h"
+#include "base/limits.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/types.h"
@@ -33,7 +34,7 @@ int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth, const char *too_
     out.Push(obj);
     return 0;
   }
-  if (depth >= kWalkDepthLimit) {
+  if (depth >= kArgumentNesting) {
     PyErr_SetString(ModelError, too_deep ? too_deep
                                           : "Sequences of objects are nested too deeply (32 levels at most)");
     return -1;

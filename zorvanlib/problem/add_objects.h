@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "base/limits.h"
 #include "problem/problem.h"
 
 namespace zrv {
@@ -38,9 +39,6 @@ class OwnedObjects {
 
 // Which kind of object a deletion or lookup concerns (element codes).
 enum class ObjectKind : int { Constraint = 0, Variable = 1, Sos = 2 };
-
-// Nested containers are followed this deep.
-constexpr int kWalkDepthLimit = 32;
 
 // Appends the leaves of obj to out: lists, tuples, dictionaries (their
 // values), sets, iterators and other iterables are walked, to a depth of 32;

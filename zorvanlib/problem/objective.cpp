@@ -4,24 +4,22 @@
 #include <vector>
 
 #include "problem/arguments.h"
+#include "problem/terms.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
+#include "base/limits.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
 #include "base/types.h"
-#include "nonlinear/nonlinear.h"
 #include "controls/control.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
 
 namespace {
-
-// Nested sequences of objectives are followed this deep.
-constexpr int kWalkDepth = 32;
 
 // An objective in engine terms: constant, coefficients by column and the
 // quadratic part as coef * x[col1] * x[col2].
@@ -33,62 +31,32 @@ struct Objective {
   std::vector<double> qcoefs;
 };
 
-int Column(ProblemObject *p, PyObject *var, int *col) {
-  int32_t index;
-  if (ObjectToIndex(var, p, &index, ElemColumn) < 0) return -1;
-  *col = index;
-  return 0;
-}
-
-int AddLinear(ProblemObject *p, Objective &obj, PyObject *var, double coef) {
-  int col;
-  if (Column(p, var, &col) < 0) return -1;
-  obj.cols.push_back(col);
-  obj.coefs.push_back(coef);
-  return 0;
-}
-
-int AddQuadratic(ProblemObject *p, Objective &obj, PyObject *a, PyObject *b, double coef) {
-  int c1, c2;
-  if (Column(p, a, &c1) < 0 || Column(p, b, &c2) < 0) return -1;
-  obj.qcol1.push_back(c1);
-  obj.qcol2.push_back(c2);
-  obj.qcoefs.push_back(coef);
-  return 0;
-}
-
-// The objective an expression stands for. Refuses what cannot be an
-// objective (yet) before anything changes.
-int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
-  PyTypeObject *type = Py_TYPE(o);
-  if (type == &VarType) return AddLinear(p, obj, o, 1.0);
-  if (type == &LinTermType) {
-    auto *t = reinterpret_cast<LinTermObject *>(o);
-    return AddLinear(p, obj, t->var, t->coef);
-  }
-  if (type == &QuadTermType) {
-    auto *t = reinterpret_cast<QuadTermObject *>(o);
-    return AddQuadratic(p, obj, t->var1, t->var2, t->coef);
-  }
-  if (PyObject_TypeCheck(o, &ExpressionType)) {
-    obj.constant = AsExpression(o)->constant;
-    const LinearEntries &lin = ExpressionLinear(o);
-    obj.cols.reserve(lin.size());
-    obj.coefs.reserve(lin.size());
-    for (const LinEntry &e : lin)
-      if (AddLinear(p, obj, e.var, e.coef) < 0) return -1;
-    for (const QuadEntry &e : ExpressionQuadratic(o))
-      if (AddQuadratic(p, obj, e.var1, e.var2, e.coef) < 0) return -1;
+// Objective entries as they are written: coef * x[col1] * x[col2].
+struct ObjectiveTerms {
+  Objective &obj;
+  int Linear(int col, double coef) {
+    obj.cols.push_back(col);
+    obj.coefs.push_back(coef);
     return 0;
   }
-  if (PyObject_TypeCheck(o, &NonlinearType)) {
-    PyErr_SetString(ModelError,
-                    "Nonlinear objectives are not available yet: the objective must be a "
-                    "linear or quadratic expression");
-    return -1;
+  int Quadratic(int c1, int c2, double coef) {
+    obj.qcol1.push_back(c1);
+    obj.qcol2.push_back(c2);
+    obj.qcoefs.push_back(coef);
+    return 0;
   }
-  PyErr_SetString(ModelError, "Invalid object set as objective");
-  return -1;
+};
+
+// What cannot be an objective (yet) is refused before anything changes.
+const BodyRules kObjectiveRules = {
+    false,
+    "Nonlinear objectives are not available yet: the objective must be a linear or quadratic "
+    "expression",
+    "Invalid object set as objective"};
+
+int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
+  ObjectiveTerms terms{obj};
+  return DecomposeBody(p->colmap, o, kObjectiveRules, terms, &obj.constant);
 }
 
 // Every column's coefficient of the new objective, zero where it has none;
@@ -333,7 +301,7 @@ PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   Py_DECREF(empty);
   if (!ok || CheckControls(c) < 0) return nullptr;
   std::vector<PyObject *> objectives;
-  int rc = Collect(args, objectives, kWalkDepth + 1);  // the argument tuple is no level
+  int rc = Collect(args, objectives, kArgumentNesting + 1);  // the argument tuple is no level
   int first = 0;
   if (rc == 0) rc = ObjectiveCount(p, &first);
   int added = 0;

@@ -46,6 +46,13 @@ extern PyTypeObject ProblemType;
 
 inline bool IsProblem(PyObject *o) { return PyObject_TypeCheck(o, &ProblemType); }
 
+// self (a problem method's self) when it holds an engine problem; else null
+// with ModelError "Problem is not initialized".
+inline ProblemObject *Checked(PyObject *self) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  return NotInitialized(p) ? nullptr : p;
+}
+
 // Releases the engine problems, registrations, lists, maps and views of a
 // problem; it becomes uninitialized. Safe to call more than once.
 void ReleaseProblem(ProblemObject *p);

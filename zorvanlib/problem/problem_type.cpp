@@ -81,11 +81,6 @@ void ProblemDealloc(PyObject *self) {
   Py_XDECREF(module);
 }
 
-ProblemObject *Checked(PyObject *self) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  return NotInitialized(p) ? nullptr : p;
-}
-
 PyObject *ProblemName(PyObject *self, PyObject *) {
   ProblemObject *p = Checked(self);
   if (!p) return nullptr;

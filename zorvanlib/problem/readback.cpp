@@ -15,11 +15,6 @@ namespace zrv {
 
 namespace {
 
-ProblemObject *Checked(PyObject *self) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  return NotInitialized(p) ? nullptr : p;
-}
-
 // The number of columns or rows.
 int Count(ProblemObject *p, bool columns, int *n) {
   return ReadIntAttrib(p, columns ? ZRVS_ORIGINALCOLS : ZRVS_ORIGINALROWS, n);

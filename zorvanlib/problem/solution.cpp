@@ -6,6 +6,7 @@
 #include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/var.h"
+#include "base/limits.h"
 #include "base/containers.h"
 #include "base/errors.h"
 #include "base/globals.h"
@@ -17,9 +18,6 @@
 namespace zrv {
 
 namespace {
-
-// Nested sequences of positions are followed this deep.
-constexpr int kWalkDepth = 32;
 
 enum Vector { kPrimal, kSlack, kDual, kRCost };
 
@@ -161,10 +159,10 @@ PyObject *Getter(PyObject *self, PyObject *args, Vector which) {
   if (Fetch(p, which, v) < 0) return nullptr;
   const Py_ssize_t n = PyTuple_GET_SIZE(args);
   if (n == 0) return AllValues(v);
-  if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kWalkDepth);
+  if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kArgumentNesting);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;
-  PyObject *result = Walk(p, list, which, v, kWalkDepth);
+  PyObject *result = Walk(p, list, which, v, kArgumentNesting);
   Py_DECREF(list);
   return result;
 }

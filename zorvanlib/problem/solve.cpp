@@ -3,6 +3,7 @@
 #include "problem/solution.h"
 
 #include "base/engine_call.h"
+#include "base/enums.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
@@ -13,18 +14,6 @@ namespace zrv {
 namespace {
 
 enum class Solver { kAutomatic, kLp, kMip };
-
-// A member of the enumeration cls of zorvan.enums.
-PyObject *EnumMember(const char *cls, int v) {
-  PyObject *enums = PyImport_ImportModule("zorvan.enums");
-  if (!enums) return nullptr;
-  PyObject *type = PyObject_GetAttrString(enums, cls);
-  Py_DECREF(enums);
-  if (!type) return nullptr;
-  PyObject *member = PyObject_CallFunction(type, "i", v);
-  Py_DECREF(type);
-  return member;
-}
 
 PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
@@ -47,8 +36,8 @@ PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
   // An exception raised in a callback fails the call.
   if (PyErr_Occurred()) return nullptr;
   if (solver != Solver::kAutomatic) Py_RETURN_NONE;
-  PyObject *first = EnumMember("SolveStatus", solvestatus);
-  PyObject *second = first ? EnumMember("SolStatus", solstatus) : nullptr;
+  PyObject *first = EnumMember(StatusEnum::kSolveStatus, solvestatus);
+  PyObject *second = first ? EnumMember(StatusEnum::kSolStatus, solstatus) : nullptr;
   PyObject *result = second ? PyTuple_Pack(2, first, second) : nullptr;
   Py_XDECREF(first);
   Py_XDECREF(second);
