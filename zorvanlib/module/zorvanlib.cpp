@@ -15,6 +15,7 @@
 #include "numpy/bridge.h"
 #include "controls/catalogue.h"
 #include "controls/control.h"
+#include "problem/method_table.h"
 #include "problem/problem.h"
 
 namespace zrv {
@@ -91,6 +92,7 @@ PyObject *Initialise() {
                           &BranchObjType, &PoolCutType, &ZrvsObjectType, &GenericType,
                           &LinTermType, &QuadTermType})
     t->tp_new = PyType_GenericNew;
+  if (BuildProblemMethods() < 0) return nullptr;
   for (PyTypeObject *t : AllTypes)
     if (PyType_Ready(t) < 0) return nullptr;
   PyObject *module = PyModule_Create2(&ModuleDef, 1013);

@@ -1,5 +1,4 @@
 // The `problem` type: allocation, destruction and the lifecycle methods.
-#include "problem/readback.h"
 #include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
@@ -8,7 +7,9 @@
 #include "controls/control.h"
 #include "controls/control_methods.h"
 #include "problem/files.h"
+#include "problem/method_table.h"
 #include "problem/problem.h"
+#include "problem/readback.h"
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
@@ -290,7 +291,8 @@ void SetupProblemType() {
   t.tp_traverse = ProblemTraverse;
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
-  t.tp_methods = WithReadBackMethods(ProblemMethods);
+  AddProblemMethods(ProblemMethods);
+  AddProblemMethods(ReadBackMethods);
   RegisterErrorSource(&t, RaiseProblemError);
   t.tp_getset = ProblemGetSet;
   t.tp_doc = ZRV_HELP(

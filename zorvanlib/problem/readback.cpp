@@ -1,7 +1,12 @@
+// Problem methods that read the model back from the engine, one engine
+// function each (bounds, types, right-hand sides, names, the matrix,
+// indicators, quadratic row parts); results fill lists the caller passes.
 #include "problem/readback.h"
 
 #include <cstdint>
 #include <vector>
+
+#include "base/types.h"
 
 #include "problem/arguments.h"
 #include "base/errors.h"
@@ -299,8 +304,6 @@ PyObject *GetQRowTriplets(PyObject *self, PyObject *args, PyObject *kwds) {
 
 }  // namespace
 
-namespace {
-
 PyMethodDef ReadBackMethods[] = {
     {"getlb", WithKeywords(GetLb),
      METH_VARARGS | METH_KEYWORDS,
@@ -385,16 +388,5 @@ PyMethodDef ReadBackMethods[] = {
               "problem.addConstraint")},
     {nullptr, nullptr, 0, nullptr},
 };
-
-}  // namespace
-
-PyMethodDef *WithReadBackMethods(const PyMethodDef *base) {
-  static std::vector<PyMethodDef> table;
-  table.clear();
-  for (const PyMethodDef *m = base; m->ml_name; ++m) table.push_back(*m);
-  for (const PyMethodDef *m = ReadBackMethods; m->ml_name; ++m) table.push_back(*m);
-  table.push_back({nullptr, nullptr, 0, nullptr});
-  return table.data();
-}
 
 }  // namespace zrv
