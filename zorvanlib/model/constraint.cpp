@@ -1,3 +1,5 @@
+// The `constraint` type: a body between bounds, its identifier and bound
+// codes in one word, with bounds and name beyond the codes in global maps.
 #include "model/constraint.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// The one operand classifier and the number handling of the modelling
+// types' arithmetic.
 #include "model/operand.h"
 
 #include <cstdio>

@@ -1,3 +1,5 @@
+// The `var` type: a variable in one 64-bit word (identifier, bound codes,
+// type), with bounds, threshold and name beyond the codes in global maps.
 #include "model/var.h"
 
 #include <cmath>
@@ -272,7 +274,7 @@ PyObject *VarGetAttr(PyObject *self, PyObject *name) {
       if (!std::strcmp(n, "threshold")) return PyFloat_FromDouble(VarGetThreshold(word));
       break;
     case 'v':
-      if (!std::strcmp(n, "vartype")) return PyLong_FromLong(VarType_(word));
+      if (!std::strcmp(n, "vartype")) return PyLong_FromLong(VarTypeCode(word));
       break;
     case 'n':
       if (!std::strcmp(n, "name")) {
@@ -316,7 +318,7 @@ int VarSetAttr(PyObject *self, PyObject *name, PyObject *value) {
   if (lb || !std::strcmp(n, "ub")) {
     double v = PyFloat_AsDouble(value);
     if (v == -1.0 && PyErr_Occurred()) return -1;
-    int type = VarType_(word);
+    int type = VarTypeCode(word);
     // A binary variable with a bound outside [0, 1] becomes integer.
     if (type == 1 && (v < 0.0 || v > 1.0)) {
       type = 2;
@@ -342,7 +344,7 @@ int VarSetAttr(PyObject *self, PyObject *name, PyObject *value) {
       PyErr_SetString(ModelError, kBadVarType);
       return -1;
     }
-    int old = VarType_(word);
+    int old = VarTypeCode(word);
     if (t == 1 && old != 1) {
       VarSetLb(word, 0.0);
       VarSetUb(word, 1.0);

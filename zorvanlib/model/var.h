@@ -36,7 +36,8 @@ constexpr double kInfinity = ZRVS_PLUSINFINITY;
 inline uint64_t VarId(uint64_t word) { return word & kVarIdMask; }
 inline uint64_t VarWordOf(PyObject *v) { return reinterpret_cast<VarObject *>(v)->word; }
 inline uint64_t VarIdOf(PyObject *v) { return VarId(VarWordOf(v)); }
-inline int VarType_(uint64_t word) { return static_cast<int>((word & kVarTypeMask) >> kVarTypeShift); }
+// The type of a variable as its code (the constants continuous ... partiallyinteger).
+inline int VarTypeCode(uint64_t word) { return static_cast<int>((word & kVarTypeMask) >> kVarTypeShift); }
 inline void VarSetType(uint64_t &word, int type) {
   word = (word & ~kVarTypeMask) | (static_cast<uint64_t>(type & 7) << kVarTypeShift);
 }

@@ -135,18 +135,6 @@ int PublishConstants(PyObject *module) {
     Py_DECREF(value);
     if (rc < 0) return -1;
   }
-  {
-    std::lock_guard<std::mutex> lock(VarCounterLock);
-    varCounter = 1;
-  }
-  {
-    std::lock_guard<std::mutex> lock(ConstraintCounterLock);
-    conCounter = 1;
-  }
-  {
-    std::lock_guard<std::mutex> lock(SosCounterLock);
-    sosCounter = 1;
-  }
   return 0;
 }
 

@@ -141,8 +141,9 @@ PyObject *Initialise() {
        PyModule_AddObjectRef(module, "SolverError", SolverError) == 0;
   // NumPy: its interfaces, then the module's data types and their loops.
   ok = ok && BindNumpy() == 0 && RegisterNumpyTypes() == 0 && RegisterNumpyLoops() == 0;
-  // Constants (which also reset the serial counters) and module functions.
+  // Constants, fresh serial counters and module functions.
   ok = ok && PublishConstants(module) == 0;
+  if (ok) ResetSerialCounters();
   ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0 &&
        PyModule_AddFunctions(module, AggregateFunctions) == 0 &&
        PyModule_AddFunctions(module, VarsFunctions) == 0;

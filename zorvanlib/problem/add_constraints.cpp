@@ -280,7 +280,7 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     }
     if (rc < 0) {
       TakeBack(p, first, sent);
-      ForgetTail(p, ObjectKind::Constraint, listed);
+      ForgetTail(p, ModelObjectKind::Constraint, listed);
       return -1;
     }
   }
@@ -366,7 +366,7 @@ int Condition(ProblemObject *p, PyObject *cond, int *col, int *flag) {
     PyErr_SetString(ModelError, "Indicator variable must have coefficient 1");
     return -1;
   }
-  if (VarType_(VarWordOf(var)) != 1) {
+  if (VarTypeCode(VarWordOf(var)) != 1) {
     PyErr_SetString(ModelError,
                     "Invalid indicator expression. Must be var==0 or var==1, where var is a "
                     "binary variable");
@@ -433,7 +433,7 @@ PyObject *ProblemAddIndicator(PyObject *self, PyObject *args) {
                    static_cast<const int *>(rows.data()), static_cast<const int *>(cols.data()),
                    static_cast<const int *>(flags.data())) != 0) {
     ReportError(self, nullptr);
-    DeleteIndices(p, ObjectKind::Constraint, rows);
+    DeleteIndices(p, ModelObjectKind::Constraint, rows);
     return nullptr;
   }
   Py_RETURN_NONE;

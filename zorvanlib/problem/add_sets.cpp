@@ -90,7 +90,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   SetBatch b;
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), b) < 0) {
-      ForgetTail(p, ObjectKind::Sos, listed);
+      ForgetTail(p, ModelObjectKind::Sos, listed);
       return -1;
     }
   }
@@ -107,7 +107,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
       for (int k = 0; k < count; ++k) sets[static_cast<size_t>(k)] = first + k;
       CallUnlocked(ZRVSdelsets, prob, count, static_cast<const int *>(sets.data()));
     }
-    ForgetTail(p, ObjectKind::Sos, listed);
+    ForgetTail(p, ModelObjectKind::Sos, listed);
     return -1;
   }
   return 0;

@@ -1,3 +1,6 @@
+// Converting Python arguments to the engine's native arrays and back, by
+// element codes; keyword parsing with legacy names; the allocator of
+// temporary arrays.
 #include "problem/arguments.h"
 
 #include "base/arrays.h"

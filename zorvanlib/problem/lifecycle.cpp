@@ -50,7 +50,6 @@ void ReleaseProblem(ProblemObject *p) {
   delete std::exchange(p->colmap, nullptr);
   delete std::exchange(p->rowmap, nullptr);
   delete std::exchange(p->setmap, nullptr);
-  p->userfuncs = nullptr;
 }
 
 void ReleaseAllProblems() {

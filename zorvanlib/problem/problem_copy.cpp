@@ -40,10 +40,8 @@ int CopyInto(ProblemObject *dst, ProblemObject *src) {
       PyList_SetSlice(dst->soslist, 0, 0, src->soslist) < 0)
     return -1;
   dst->output_enabled = src->output_enabled;
-  dst->formula_state = src->formula_state;
   dst->nl_constraints = src->nl_constraints;
   dst->nl_objective = src->nl_objective;
-  dst->obj_transfer_index = src->obj_transfer_index;
   return 0;
 }
 

@@ -138,11 +138,8 @@ int InitializeProblem(ProblemObject *p, PyObject *args, PyObject *kwds) {
 
   PyObject *self = reinterpret_cast<PyObject *>(p);
   int rc = CreateBookkeeping(p);
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->nl_constraints = 0;
   p->nl_objective = 0;
-  p->userfuncs = nullptr;
   if (rc == 0) rc = CreateEngineProblems(p);
   if (rc == 0) {
     // Load the empty problem silently: the load message is not wanted here.

@@ -273,8 +273,6 @@ PyObject *NewProblemObject(PyTypeObject *type) {
   PyObject *self = type->tp_alloc(type, 0);
   if (!self) return nullptr;
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->output_enabled = 1;
   p->module = Py_XNewRef(Module);
   Link(p);
