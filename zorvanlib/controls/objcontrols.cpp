@@ -58,14 +58,9 @@ int ObjControlId(PyObject *key, int &id) {
   }
   const char *text = nullptr;
   Py_ssize_t size = 0;
-  if (PyUnicode_Check(key)) {
-    text = PyUnicode_AsUTF8AndSize(key, &size);
-    if (!text) return -1;
-  } else if (PyBytes_Check(key)) {
-    text = PyBytes_AS_STRING(key);
-    size = PyBytes_GET_SIZE(key);
-  } else {
-    PyErr_SetString(InterfaceError, "Expected a string control name or integer id");
+  int rc = NameText(key, &text, &size);
+  if (rc <= 0) {
+    if (rc == 0) PyErr_SetString(InterfaceError, "Expected a string control name or integer id");
     return -1;
   }
   for (const ObjControl &c : kObjControls) {

@@ -73,6 +73,17 @@ PyObject *ModelErrorText(const char *text) {
   return nullptr;
 }
 
+PyObject *DivideByVector(PyObject *x, PyObject *divisor) {
+  PyObject *one = PyFloat_FromDouble(1.0);
+  if (!one) return nullptr;
+  PyObject *inv = PyNumber_TrueDivide(one, divisor);
+  Py_DECREF(one);
+  if (!inv) return nullptr;
+  PyObject *r = PyNumber_Multiply(inv, x);
+  Py_DECREF(inv);
+  return r;
+}
+
 void FormatDouble(char *out, const char *fmt, double v) { std::snprintf(out, 512, fmt, v); }
 
 PyObject *CheckResult(PyObject *result) { return ReportError(nullptr, result); }

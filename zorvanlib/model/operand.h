@@ -49,6 +49,10 @@ PyObject *PlainNumber(PyObject *o);
 PyObject *InvalidOperand(PyObject *o);  // "Invalid object in operation: <%S>"
 PyObject *ModelErrorText(const char *text);
 
+// x divided by a vector operand: (1 / divisor) * x, so that the vector's
+// own (element-wise) arithmetic does the work. New reference or null.
+PyObject *DivideByVector(PyObject *x, PyObject *divisor);
+
 // Formats a double with a printf format into out (512 bytes).
 void FormatDouble(char *out, const char *fmt, double v);
 

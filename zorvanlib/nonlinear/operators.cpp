@@ -251,16 +251,7 @@ PyObject *Multiply(PyObject *a, PyObject *b, bool inplace) {
 }
 
 PyObject *Divide(PyObject *a, PyObject *b, bool inplace) {
-  if (IsVectorOperand(b) && !IsVectorOperand(a)) {
-    PyObject *one = PyFloat_FromDouble(1.0);
-    if (!one) return nullptr;
-    PyObject *inv = PyNumber_TrueDivide(one, b);
-    Py_DECREF(one);
-    if (!inv) return nullptr;
-    PyObject *r = PyNumber_Multiply(inv, a);
-    Py_DECREF(inv);
-    return r;
-  }
+  if (IsVectorOperand(b) && !IsVectorOperand(a)) return DivideByVector(a, b);
   if (IsVectorOperand(a)) return NotImplemented();
   if (!Classified(a, b)) return nullptr;
   double v;

@@ -288,12 +288,9 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
 }
 
 PyObject *ProblemAddConstraint(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddConstraintBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, [](ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
+    return AddConstraintBatch(p, items, n);
+  });
 }
 
 // ---------------------------------------------------------------------------

@@ -89,6 +89,19 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n,
 // Adds the n SOS items[0..n-1] as new sets in one engine call. 0 or -1.
 int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n);
 
+// The body of addVariable, addConstraint and addSOS: the arguments (objects,
+// and lists, tuples and dictionaries of them) flattened and handed to one
+// batch adder. None, or null with an error.
+template <class Batch>
+PyObject *AddFlattened(PyObject *self, PyObject *args, Batch batch) {
+  ProblemObject *p = Checked(self);
+  if (!p) return nullptr;
+  OwnedObjects items;
+  if (FlattenObjects(args, items) < 0) return nullptr;
+  if (batch(p, items.data(), items.size()) < 0) return nullptr;
+  Py_RETURN_NONE;
+}
+
 // Deletes the given indices (any order, repeats allowed) of one kind from
 // the engine, then from the problem's list and map, renumbering the rest.
 // Nothing changes when the engine refuses. 0 or -1.

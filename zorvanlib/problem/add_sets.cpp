@@ -114,12 +114,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 }
 
 PyObject *ProblemAddSos(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddSosBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, AddSosBatch);
 }
 
 const char AddSosDoc[] = ZRV_HELP(

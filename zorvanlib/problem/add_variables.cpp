@@ -182,12 +182,7 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 }
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddVariableBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, AddVariableBatch);
 }
 
 const char AddVariableDoc[] = ZRV_HELP(
