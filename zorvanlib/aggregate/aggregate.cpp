@@ -24,7 +24,8 @@ namespace {
 // string or modelling object, but a list, tuple, dictionary (its values),
 // NumPy array (its elements in order), generator or other iterable.
 bool IsCollection(PyObject *o) {
-  if (IsModelNumber(o) || PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o)) return false;
+  if (IsModelNumber(o) || PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o))
+    return false;
   if (PyObject_TypeCheck(o, &VarType) || PyObject_TypeCheck(o, &LinTermType) ||
       PyObject_TypeCheck(o, &QuadTermType) || PyObject_TypeCheck(o, &ExpressionType) ||
       IsNonlinear(o))

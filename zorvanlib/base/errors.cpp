@@ -46,7 +46,8 @@ PyObject *ReportError(PyObject *obj, PyObject *result) {
   if (!obj) {
     int code = 0;
     std::string text = GlobalLastError(&code);
-    if (code == 0 && text.empty()) text = "Unidentified error associated with the global environment";
+    if (code == 0 && text.empty())
+      text = "Unidentified error associated with the global environment";
     PyErr_SetString(InterfaceError, text.c_str());
     return nullptr;
   }

@@ -24,9 +24,15 @@ const Accessors kMainAccess = {
       int nbytes = 0;
       return ZRVSgetstringcontrol(p, id, v.buf, sizeof v.buf, &nbytes);
     },
-    [](ZRVSprob p, ZSLPprob, int id, const ControlValue &v) { return ZRVSsetintcontrol64(p, id, v.i); },
-    [](ZRVSprob p, ZSLPprob, int id, const ControlValue &v) { return ZRVSsetdblcontrol(p, id, v.d); },
-    [](ZRVSprob p, ZSLPprob, int id, const ControlValue &v) { return ZRVSsetstrcontrol(p, id, v.text); },
+    [](ZRVSprob p, ZSLPprob, int id, const ControlValue &v) {
+      return ZRVSsetintcontrol64(p, id, v.i);
+    },
+    [](ZRVSprob p, ZSLPprob, int id, const ControlValue &v) {
+      return ZRVSsetdblcontrol(p, id, v.d);
+    },
+    [](ZRVSprob p, ZSLPprob, int id, const ControlValue &v) {
+      return ZRVSsetstrcontrol(p, id, v.text);
+    },
 };
 
 const Accessors kSlpAccess = {
@@ -41,8 +47,12 @@ const Accessors kSlpAccess = {
     [](ZRVSprob, ZSLPprob s, int id, const ControlValue &v) {
       return ZSLPsetintcontrol(s, id, static_cast<int>(v.i));
     },
-    [](ZRVSprob, ZSLPprob s, int id, const ControlValue &v) { return ZSLPsetdblcontrol(s, id, v.d); },
-    [](ZRVSprob, ZSLPprob s, int id, const ControlValue &v) { return ZSLPsetstrcontrol(s, id, v.text); },
+    [](ZRVSprob, ZSLPprob s, int id, const ControlValue &v) {
+      return ZSLPsetdblcontrol(s, id, v.d);
+    },
+    [](ZRVSprob, ZSLPprob s, int id, const ControlValue &v) {
+      return ZSLPsetstrcontrol(s, id, v.text);
+    },
 };
 
 const Accessors &AccessOf(int source) { return source == kMain ? kMainAccess : kSlpAccess; }

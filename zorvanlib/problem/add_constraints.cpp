@@ -135,7 +135,8 @@ int Record(ProblemObject *p, PyObject *o, double lb, double ub, int row, RowBatc
   const size_t qbefore = b.qv.size();
   double constant;
   RowTerms terms{b};
-  if (DecomposeBody(p->colmap, c->body, kRowRules, terms, &constant) < 0 || AppendName(c->word, b.names) < 0 ||
+  if (DecomposeBody(p->colmap, c->body, kRowRules, terms, &constant) < 0 ||
+      AppendName(c->word, b.names) < 0 ||
       PyList_Append(p->conlist, o) < 0) {
     p->rowmap->Erase(id);
     return -1;
@@ -272,7 +273,8 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     if (k == 0)
       FetchBounds(items + i, std::min(kBoundsAhead, static_cast<size_t>(n - i)), bounds);
     PrefetchRow(items, n, i);
-    int rc = Record(p, items[i], bounds[2 * k], bounds[2 * k + 1], first + static_cast<int>(i), b);
+    int rc =
+        Record(p, items[i], bounds[2 * k], bounds[2 * k + 1], first + static_cast<int>(i), b);
     if (rc == 0 && (b.Full() || i + 1 == n)) {
       rc = SendRows(p, first + sent, b, &sent);
       if (rc < 0) ReportError(reinterpret_cast<PyObject *>(p), nullptr);
