@@ -2,6 +2,7 @@
 // kind; the nonlinear companion's integers are 32-bit.
 #include "controls/accessors.h"
 
+#include "base/text.h"
 #include "controls/control.h"
 
 namespace zrv {
@@ -79,7 +80,7 @@ int SetControl(ZRVSprob prob, ZSLPprob slp, int source, int kind, int id, const 
 PyObject *ControlValueObject(int kind, const ControlValue &v) {
   if (kind == kInt) return PyLong_FromLongLong(v.i);
   if (kind == kReal) return PyFloat_FromDouble(v.d);
-  return PyUnicode_FromString(v.text ? v.text : "");
+  return TextFromEngine(v.text ? v.text : "");
 }
 
 }  // namespace zrv

@@ -13,6 +13,7 @@
 
 #include "base/limits.h"
 #include "problem/problem.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
@@ -89,13 +90,13 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n,
 // Adds the n SOS items[0..n-1] as new sets in one engine call. 0 or -1.
 int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n);
 
-// The body of addVariable, addConstraint and addSOS: the arguments (objects,
-// and lists, tuples and dictionaries of them) flattened and handed to one
-// batch adder. None, or null with an error.
+// The body of addVariable, addConstraint and addSOS (`what`): the arguments
+// (objects, and lists, tuples and dictionaries of them) flattened and handed
+// to one batch adder. None, or null with an error.
 template <class Batch>
-PyObject *AddFlattened(PyObject *self, PyObject *args, Batch batch) {
-  ProblemObject *p = Checked(self);
-  if (!p) return nullptr;
+PyObject *AddFlattened(PyObject *self, PyObject *args, const char *what, Batch batch) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (CannotChange(p, what)) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (batch(p, items.data(), items.size()) < 0) return nullptr;

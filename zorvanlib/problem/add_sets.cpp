@@ -9,8 +9,10 @@
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
+#include "base/text.h"
 #include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -68,6 +70,7 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
   if (!name) return -1;
   Py_ssize_t len;
   const char *text = PyUnicode_AsUTF8AndSize(name, &len);
+  if (text && CheckNameText(text, len, "SOS", name) < 0) text = nullptr;
   if (text) {
     b.names.append(text, static_cast<size_t>(len));
     b.names += '\0';
@@ -114,7 +117,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 }
 
 PyObject *ProblemAddSos(PyObject *self, PyObject *args) {
-  return AddFlattened(self, args, AddSosBatch);
+  return AddFlattened(self, args, "addSOS", AddSosBatch);
 }
 
 const char AddSosDoc[] = ZRV_HELP(

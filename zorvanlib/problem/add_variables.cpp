@@ -8,8 +8,10 @@
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
+#include "base/text.h"
 #include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -50,7 +52,7 @@ int AppendName(uint64_t word, std::string &names) {
     PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
     return -1;
   }
-  if (!text) {
+  if (!text || CheckNameText(text, len, "variable", name) < 0) {
     Py_DECREF(name);
     return -1;
   }
@@ -182,7 +184,7 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 }
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
-  return AddFlattened(self, args, AddVariableBatch);
+  return AddFlattened(self, args, "addVariable", AddVariableBatch);
 }
 
 const char AddVariableDoc[] = ZRV_HELP(
