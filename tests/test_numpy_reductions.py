@@ -148,3 +148,18 @@ class TestDot:
         a = np.array([x[0]], dtype=zorvan.npvar)
         b = np.array([3.0], dtype=zorvan.npexpr)
         same(np.dot(a, b), x[0] * 3.0)
+
+
+class TestWeightedTerms:
+    def test_numbers_times_variables_as_elementwise_products(self):
+        X = zorvan.vars(3, 4, name="w", array=True)
+        c = np.array([[0.0, 1.0, -1.0, 2.5], [1e-300, -0.0, 3.0, 1.0], [np.inf, 7.0, 0.5, -2.0]])
+        for got, want in ((c * X, [ci * xi for ci, xi in zip(c.ravel(), X.ravel())]),
+                          (X * c, [xi * ci for ci, xi in zip(c.ravel(), X.ravel())])):
+            assert got.dtype == zorvan.npexpr
+            for g, w in zip(got.ravel(), want):
+                assert type(g) is type(w) and str(g) == str(w)
+        mixed = np.array([X[0, 0], 2 * X[0, 1] + 1, X[0, 2] * X[0, 3]], dtype=zorvan.npexpr)
+        for g, w in zip(mixed * np.array([2.0, 0.0, 1.0]),
+                        [X[0, 0] * 2.0, (2 * X[0, 1] + 1) * 0.0, X[0, 2] * X[0, 3] * 1.0]):
+            assert type(g) is type(w) and str(g) == str(w)

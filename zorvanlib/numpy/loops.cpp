@@ -9,6 +9,7 @@
 
 #include "model/constraint.h"
 #include "model/expression.h"
+#include "model/linterm.h"
 #include "model/operand.h"
 #include "base/arrays.h"
 #include "numpy/bridge.h"
@@ -175,6 +176,30 @@ void BinaryLoop(char **args, npy_intp const *dims, npy_intp const *steps, void *
         PyObject *r = Apply(op, x, y);
         Py_DECREF(x);
         Py_DECREF(y);
+        Store(out, r);
+        if (!r) return;
+      }
+      return;
+    }
+  }
+  if constexpr (LeftDouble != RightDouble) {
+    // A variable times a number, the element of every weighted sum: the
+    // term straight from the double, with the rules of the product (0 gives
+    // 0.0, 1 the variable itself), no float object in between.
+    if (op == OpMultiply) {
+      for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
+        PyObject *e = ObjectAt(LeftDouble ? b : a);
+        PyObject *r;
+        if (e && Py_TYPE(e) == &VarType) {
+          const double c = DoubleAt(LeftDouble ? a : b);
+          r = c == 0.0 ? PyFloat_FromDouble(0.0) : c == 1.0 ? Py_NewRef(e) : MakeLinTerm(c, e);
+        } else {
+          PyObject *x = Element<LeftDouble>(a);
+          PyObject *y = x ? Element<RightDouble>(b) : nullptr;
+          r = y ? Apply(op, x, y) : nullptr;
+          Py_XDECREF(x);
+          Py_XDECREF(y);
+        }
         Store(out, r);
         if (!r) return;
       }
