@@ -65,7 +65,10 @@ struct HighsHandle {
 };
 
 // Fills the solution vectors and objective values of the final stage.
-void record_solution(void *h, const Model &m, bool mip, SolveState &res) {
+// A relaxation of a MIP (lpoptimize on a model with discrete parts) keeps its
+// solution both as the LP solution and as the solution of the MIP, which is
+// where readers look for the solution of a model of that class.
+void record_solution(void *h, const Model &m, bool mip, bool relaxation, SolveState &res) {
   HighsInt value_valid = 0, dual_valid = 0, primal_status = 0;
   Highs_getIntInfoValue(h, "primal_solution_status", &primal_status);
   Highs_getIntInfoValue(h, "dual_solution_status", &dual_valid);
@@ -88,6 +91,7 @@ void record_solution(void *h, const Model &m, bool mip, SolveState &res) {
   for (size_t k = 0; k < m.objectives.size(); ++k)
     res.objvals[k] = objective_value(m, static_cast<int>(k), res.x);
   (mip ? res.mipobjval : res.lpobjval) = res.objvals[0];
+  if (relaxation) res.has_mip_solution = true, res.mipobjval = res.objvals[0];
 }
 
 const char *status_text(const SolveState &r, bool mip) {
@@ -106,7 +110,12 @@ const char *status_text(const SolveState &r, bool mip) {
 void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) {
   char algorithm = parse_flags(flags, who);
   const Model &m = p.model;
-  bool mip = kind == SolveKind::mip || (kind == SolveKind::automatic && m.has_discrete());
+  // The model's class decides what is solved: a model without discrete parts
+  // is an LP (or QP) whichever entry point runs; lpoptimize on a model with
+  // discrete parts solves its continuous relaxation.
+  const bool discrete = m.has_discrete();
+  const bool mip = discrete && kind != SolveKind::lp;
+  const bool relaxation = discrete && !mip;
   check_solvable(m, mip, who);
   HighsBuild build = build_for_highs(m, mip ? SolveMode::mip : SolveMode::relaxation, who);
   std::vector<Stage> stages = objective_stages(m);
@@ -168,6 +177,8 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
     }
     StageResult r;
     record_stage(h, mip, p.interrupt_reason.load(), r);
+    if (relaxation)
+      r.mipstatus = r.lpstatus == ZRVS_LP_OPTIMAL ? ZRVS_MIP_LP_OPTIMAL : ZRVS_MIP_LP_NOT_OPTIMAL;
     refine_stop_reason(p, r);
     r.solvetime = std::chrono::duration<double>(std::chrono::steady_clock::now() - stage_start)
                       .count();
@@ -196,7 +207,7 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
   res.stopstatus = last.stopstatus;
   res.bestbound = last.bestbound;
   if (mip) Highs_getDoubleInfoValue(h, "mip_gap", &res.mipgap);
-  record_solution(h, m, mip, res);
+  record_solution(h, m, mip, relaxation, res);
   HighsInt basis_validity = 0;
   Highs_getIntInfoValue(h, "basis_validity", &basis_validity);
   if (keeps_basis && basis_validity == kHighsBasisValidityValid) {
