@@ -39,7 +39,7 @@ void load_lp(zrvs_problem &p, const LpData &data) {
   if (!data.name) model.name = p.model.name;
   model.objsense = p.model.objsense;
   p.model = std::move(model);
-  p.results = SolveState();
+  p.model_changed();
   p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " +
                                std::to_string(p.model.rows()) + " rows, " +
                                std::to_string(p.model.cols()) + " columns, " +
@@ -79,7 +79,7 @@ int ZRVScopyprob(ZRVSprob dest, ZRVSprob src, const char *name) {
     if (name && *name) model.name = name;
     d.controls = src->controls;
     d.model = std::move(model);
-    d.results = SolveState();
+    d.model_changed();
   });
 }
 

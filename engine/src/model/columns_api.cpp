@@ -50,7 +50,7 @@ int ZRVSaddcols64(ZRVSprob prob, int ncols, int64_t ncoefs, const double objcoef
         m.mval.push_back(rowcoef[k]);
       }
     }
-    p.model_changed();
+    p.model_changed(Change::appended);
   });
 }
 
@@ -77,7 +77,7 @@ int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[], const char bnd
       if (bndtype[k] != 'U') m.lb[c] = bndval[k];
       if (bndtype[k] != 'L') m.ub[c] = bndval[k];
     }
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -100,7 +100,7 @@ int ZRVSchgcoltype(ZRVSprob prob, int ncols, const int colind[], const char colt
       m.coltype[c] = coltype[k];
       if (coltype[k] == 'B') m.lb[c] = 0.0, m.ub[c] = 1.0;
     }
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -122,7 +122,7 @@ int ZRVSchgglblimit(ZRVSprob prob, int ncols, const int colind[], const double l
       check_finite(limit[k], "limit", k, who);
     }
     for (int k = 0; k < ncols; ++k) m.limit[colind[k]] = limit[k];
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -139,7 +139,7 @@ int ZRVSdelcols(ZRVSprob prob, int ncols, const int colind[]) {
       del[colind[k]] = 1;
     }
     m.delete_columns(del);
-    p.model_changed();
+    p.lines_deleted(true, del);
   });
 }
 

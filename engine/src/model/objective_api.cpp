@@ -49,7 +49,7 @@ void change_objective(zrvs_problem &p, int objidx, int ncols, const int colind[]
     else
       o.coef[colind[k]] = objcoef[k];
   }
-  p.model_changed();
+  p.model_changed(Change::values);
 }
 
 void read_objective(zrvs_problem &p, int objidx, double obj[], int first, int last,
@@ -87,7 +87,7 @@ int ZRVSdelobj(ZRVSprob prob, int objidx) {
     if (objidx == 0)
       fail(ZRVS_ERR_ARGUMENT, "ZRVSdelobj: the primary objective (0) cannot be deleted");
     p.model.objectives.erase(p.model.objectives.begin() + objidx);
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -97,7 +97,7 @@ int ZRVSchgobjsense(ZRVSprob prob, int sense) {
       fail(ZRVS_ERR_ARGUMENT, "ZRVSchgobjsense: sense is %d, not 1 (minimise) or -1 (maximise)",
            sense);
     p.model.objsense = sense;
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -141,7 +141,7 @@ int ZRVSchgmqobj64(ZRVSprob prob, int64_t ncoefs, const int objqcol1[], const in
       else
         m.qobj[key] = objqcoef[k];
     }
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -185,7 +185,7 @@ int ZRVSsetobjintcontrol(ZRVSprob prob, int objidx, int control, int value) {
       fail(ZRVS_ERR_UNKNOWNID, "%s: %d is not an integer objective control (20001 priority)",
            who, control);
     o.priority = value;
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -205,7 +205,7 @@ int ZRVSsetobjdblcontrol(ZRVSprob prob, int objidx, int control, double value) {
       case ZRVS_OBJECTIVE_RELTOL: o.reltol = value; break;
       case ZRVS_OBJECTIVE_RHS: o.constant = value; break;
     }
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 

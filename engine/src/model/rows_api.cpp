@@ -76,7 +76,7 @@ int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[]
     m.mrow.resize(used);
     m.mcol.resize(used);
     m.mval.resize(used);
-    p.model_changed();
+    p.model_changed(Change::appended);
   });
 }
 
@@ -93,7 +93,7 @@ int ZRVSdelrows(ZRVSprob prob, int nrows, const int rowind[]) {
       del[rowind[k]] = 1;
     }
     m.delete_rows(del);
-    p.model_changed();
+    p.lines_deleted(false, del);
   });
 }
 

@@ -94,6 +94,7 @@ int ZRVSgetbasis(ZRVSprob prob, int rstatus[], int cstatus[]) {
 int ZRVSloadbasis(ZRVSprob prob, const int rstatus[], const int cstatus[]) {
   return problem_call(prob, "ZRVSloadbasis", [&](zrvs_problem &p) {
     load_basis(p.model, rstatus, cstatus, "ZRVSloadbasis");
+    p.changes.note_basis_loaded();
   });
 }
 

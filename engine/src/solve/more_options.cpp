@@ -47,10 +47,10 @@ void apply_more_controls(void *h, const zrvs_problem &p) {
         "simplex_scale_strategy");
 }
 
-void add_cutoff_row(void *h, const zrvs_problem &p, const std::vector<double> &cost,
+bool add_cutoff_row(void *h, const zrvs_problem &p, const std::vector<double> &cost,
                     double constant, bool mip) {
   double cutoff = p.controls.get_dbl(ZRVS_MIPABSCUTOFF, "optimize");
-  if (!mip || std::fabs(cutoff) >= 1e20) return;
+  if (!mip || std::fabs(cutoff) >= 1e20) return false;
   std::vector<HighsInt> index;
   std::vector<double> value;
   for (size_t j = 0; j < cost.size(); ++j)
@@ -61,6 +61,7 @@ void add_cutoff_row(void *h, const zrvs_problem &p, const std::vector<double> &c
                    static_cast<HighsInt>(index.size()), index.data(), value.data()) ==
       kHighsStatusError)
     fail(ZRVS_ERR_INTERNAL, "optimize: HiGHS refused the row of the cutoff (mipabscutoff)");
+  return true;
 }
 
 void refine_stop_reason(const zrvs_problem &p, StageResult &r) {

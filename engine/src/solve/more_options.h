@@ -15,8 +15,8 @@ void apply_more_controls(void *highs, const zrvs_problem &p);
 // The MIP cutoff as a row of the HiGHS model: objective 0 (coefficients over
 // the model's columns, plus constant) no worse than the cutoff. Only for MIP
 // solves; HiGHS's own objective bound is not used, as without presolve it
-// is not always honoured.
-void add_cutoff_row(void *highs, const zrvs_problem &p, const std::vector<double> &cost,
+// is not always honoured. True when the row was added.
+bool add_cutoff_row(void *highs, const zrvs_problem &p, const std::vector<double> &cost,
                     double constant, bool mip);
 
 // HiGHS reports every MIP limit alike; a stop short of the node limit with a

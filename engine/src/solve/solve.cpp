@@ -4,10 +4,10 @@
 
 #include <chrono>
 #include <cmath>
-#include <new>
 
 #include "solve/basis.h"
 #include "solve/builder.h"
+#include "solve/highs/instance.h"
 #include "solve/more_options.h"
 #include "solve/options.h"
 #include "solve/stages.h"
@@ -57,12 +57,6 @@ double objective_value(const Model &m, int k, const std::vector<double> &x) {
     }
   return v;
 }
-
-// Owns a HiGHS instance.
-struct HighsHandle {
-  void *h = Highs_create();
-  ~HighsHandle() { Highs_destroy(h); }
-};
 
 // Fills the solution vectors and objective values of the final stage.
 // A relaxation of a MIP (lpoptimize on a model with discrete parts) keeps its
@@ -127,36 +121,31 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
   auto start = std::chrono::steady_clock::now();
 
   std::shared_lock<std::shared_mutex> scheduler = lock_scheduler(solve_threads(p));
-  HighsHandle highs;
-  void *h = highs.h;
-  if (!h) throw std::bad_alloc();
+  if (!p.highs) p.highs.reset(new HighsInstance());
+  HighsInstance &instance = *p.highs;
+  void *h = instance.handle();
   // The callback first, so that HiGHS's banner goes through it too.
   SolveCallback callback(h, p);
   apply_controls(h, p, algorithm);
-  {
-    LpBuilder &lp = build.lp;
-    std::copy(stages[0].cost.begin(), stages[0].cost.end(), lp.cost.begin());
-    HighsCsc a = lp.matrix();
-    const HighsCsc &q = build.hessian;
-    HighsInt qnz = static_cast<HighsInt>(q.value.size());
-    HighsInt status = Highs_passModel(
-        h, lp.cols(), lp.rows(), static_cast<HighsInt>(a.value.size()), qnz,
-        kHighsMatrixFormatColwise, kHighsHessianFormatTriangular,
-        m.objsense > 0 ? kHighsObjSenseMinimize : kHighsObjSenseMaximize, stages[0].constant,
-        lp.cost.data(), lp.col_lower.data(), lp.col_upper.data(), lp.row_lower.data(),
-        lp.row_upper.data(), a.start.data(), a.index.data(), a.value.data(),
-        qnz ? q.start.data() : nullptr, qnz ? q.index.data() : nullptr,
-        qnz ? q.value.data() : nullptr, mip ? lp.integrality.data() : nullptr);
-    if (status == kHighsStatusError) fail(ZRVS_ERR_INTERNAL, "%s: HiGHS rejected the model", who);
-  }
-  add_cutoff_row(h, p, m.objectives[0].coef, m.objectives[0].constant, mip);
-  // A continuous LP starts from the basis the problem keeps (the last LP
-  // solve's, or the user's); the barrier does not use one.
+  std::copy(stages[0].cost.begin(), stages[0].cost.end(), build.lp.cost.begin());
+  const bool basis_loaded = p.changes.basis_loaded();
+  const bool whole = instance.load(m, build, stages[0].constant, mip, p.changes, who);
+  if (p.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
+    p.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model" : "HiGHS takes the changes");
+  // A MIP search starts afresh, so that a repeated solve repeats its path.
+  if (mip && !whole) Highs_clearSolver(h);
+  if (add_cutoff_row(h, p, m.objectives[0].coef, m.objectives[0].constant, mip) ||
+      stages.size() > 1)
+    instance.forget();
+  // A continuous LP starts from the basis HiGHS kept from the last solve;
+  // after a whole transfer or a basis loaded by the user, from the basis
+  // the problem keeps. The barrier does not use one.
   const bool keeps_basis = stages.size() == 1 && basis_applies(m, build, mip);
   const bool barrier = algorithm == 'b' ||
                        (!algorithm && p.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
   std::vector<HighsInt> col_status, row_status;
-  if (keeps_basis && !barrier && start_basis(m, build.lp, col_status, row_status) &&
+  if (keeps_basis && !barrier && (whole || basis_loaded) &&
+      start_basis(m, build.lp, col_status, row_status) &&
       Highs_setBasis(h, col_status.data(), row_status.data()) == kHighsStatusError)
     p.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch");
 
