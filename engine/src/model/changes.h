@@ -23,12 +23,14 @@ class ChangeLog {
   };
 
   void note(Change c) {
+    noted_ = true;
     if (c == Change::anything) rebuild_ = true;
     if (c == Change::appended) appended_ = true;
   }
   // Deletions after appends in one log are not replayed: the appended
   // lines were never seen by the solver, so the masks would not fit it.
   void note_deleted(bool columns, const std::vector<char> &mask) {
+    noted_ = true;
     if (rebuild_ || appended_) {
       rebuild_ = true;
       deletions_.clear();
@@ -39,12 +41,14 @@ class ChangeLog {
   void note_basis_loaded() { basis_loaded_ = true; }
 
   bool rebuild() const { return rebuild_; }
+  // Whether any change at all was noted (even one to the same values).
+  bool noted() const { return noted_; }
   bool basis_loaded() const { return basis_loaded_; }
   const std::vector<Deletion> &deletions() const { return deletions_; }
 
   // Called by the solver once it holds the model as it is now.
   void clear() {
-    rebuild_ = appended_ = basis_loaded_ = false;
+    rebuild_ = appended_ = basis_loaded_ = noted_ = false;
     deletions_.clear();
   }
 
@@ -52,6 +56,7 @@ class ChangeLog {
   bool rebuild_ = true;  // nothing has been handed over yet
   bool appended_ = false;
   bool basis_loaded_ = false;
+  bool noted_ = true;
   std::vector<Deletion> deletions_;
 };
 

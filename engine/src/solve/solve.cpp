@@ -129,11 +129,18 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
   apply_controls(h, p, algorithm);
   std::copy(stages[0].cost.begin(), stages[0].cost.end(), build.lp.cost.begin());
   const bool basis_loaded = p.changes.basis_loaded();
-  const bool whole = instance.load(m, build, stages[0].constant, mip, p.changes, who);
+  const bool repeated = !p.changes.noted();
+  const HighsInstance::Loaded loaded =
+      instance.load(m, build, stages[0].constant, mip, p.changes, who);
+  const bool whole = loaded == HighsInstance::Loaded::whole;
   if (p.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
-    p.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model" : "HiGHS takes the changes");
-  // A MIP search starts afresh, so that a repeated solve repeats its path.
-  if (mip && !whole) Highs_clearSolver(h);
+    p.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model"
+                             : loaded == HighsInstance::Loaded::changes ? "HiGHS takes the changes"
+                                                                        : "HiGHS keeps its model");
+  // A MIP solve repeated without any change to the problem starts afresh,
+  // so that it repeats its path; after a change HiGHS starts from what it
+  // kept (its last incumbent).
+  if (mip && repeated && !whole) Highs_clearSolver(h);
   if (add_cutoff_row(h, p, m.objectives[0].coef, m.objectives[0].constant, mip) ||
       stages.size() > 1)
     instance.forget();

@@ -69,7 +69,7 @@ void *HighsInstance::handle() {
   return h_;
 }
 
-bool HighsInstance::load(const Model &m, const HighsBuild &build, double constant, bool mip,
+HighsInstance::Loaded HighsInstance::load(const Model &m, const HighsBuild &build, double constant, bool mip,
                          ChangeLog &log, const char *who) {
   handle();
   const bool plain = build.lp.cols() == m.cols() && build.lp.rows() == m.rows();
@@ -81,6 +81,7 @@ bool HighsInstance::load(const Model &m, const HighsBuild &build, double constan
       (had_q != has_q || !log.deletions().empty() || m.cols() != static_cast<int>(cost_.size())))
     whole = true;
   mirrors_ = false;  // until HiGHS holds all of it again
+  changed_ = false;
   if (whole) {
     transfer(m, build, mip, who);
   } else {
@@ -91,11 +92,12 @@ bool HighsInstance::load(const Model &m, const HighsBuild &build, double constan
   if (offset_ != constant || whole) {
     check(Highs_changeObjectiveOffset(h_, constant), "the objective constant", who);
     offset_ = constant;
+    changed_ = true;
   }
   mip_ = mip;
   mirrors_ = plain;
   log.clear();
-  return whole;
+  return whole ? Loaded::whole : changed_ ? Loaded::changes : Loaded::unchanged;
 }
 
 void HighsInstance::transfer(const Model &m, const HighsBuild &build, bool mip, const char *who) {
@@ -125,6 +127,7 @@ void HighsInstance::transfer(const Model &m, const HighsBuild &build, bool mip, 
 
 void HighsInstance::replay_deletions(const ChangeLog &log, const char *who) {
   for (const ChangeLog::Deletion &d : log.deletions()) {
+    changed_ = true;
     std::vector<HighsInt> mask(d.mask.begin(), d.mask.end());  // HiGHS rewrites it
     if (d.columns) {
       check(Highs_deleteColsByMask(h_, mask.data()), "a deletion of columns", who);
@@ -145,6 +148,7 @@ void HighsInstance::append_lines(const Model &m, const HighsBuild &build, const 
   if (new_cols < 0 || new_rows < 0)
     fail(ZRVS_ERR_INTERNAL, "%s: HiGHS holds more lines than the problem", who);
   if (new_cols == 0 && new_rows == 0) return;
+  changed_ = true;
   // Entries of new columns in old rows go with the columns; entries of new
   // rows (in any column) go with the rows.
   std::vector<HighsInt> col_count(new_cols + 1, 0), row_count(new_rows + 1, 0);
@@ -205,6 +209,7 @@ void HighsInstance::send_values(const HighsBuild &build, const char *who) {
     check(Highs_changeColsCostBySet(h_, static_cast<HighsInt>(index.size()), index.data(),
                                     pick(lp.cost, index).data()),
           "changed costs", who);
+    changed_ = true;
     cost_ = lp.cost;
   }
   bound_differences(col_lower_, lp.col_lower, col_upper_, lp.col_upper, index);
@@ -213,6 +218,7 @@ void HighsInstance::send_values(const HighsBuild &build, const char *who) {
                                       pick(lp.col_lower, index).data(),
                                       pick(lp.col_upper, index).data()),
           "changed column bounds", who);
+    changed_ = true;
     col_lower_ = lp.col_lower, col_upper_ = lp.col_upper;
   }
   bound_differences(row_lower_, lp.row_lower, row_upper_, lp.row_upper, index);
@@ -221,6 +227,7 @@ void HighsInstance::send_values(const HighsBuild &build, const char *who) {
                                       pick(lp.row_lower, index).data(),
                                       pick(lp.row_upper, index).data()),
           "changed row bounds", who);
+    changed_ = true;
     row_lower_ = lp.row_lower, row_upper_ = lp.row_upper;
   }
   if (mip_) {
@@ -229,6 +236,7 @@ void HighsInstance::send_values(const HighsBuild &build, const char *who) {
       check(Highs_changeColsIntegralityBySet(h_, static_cast<HighsInt>(index.size()),
                                              index.data(), pick(lp.integrality, index).data()),
             "changed column types", who);
+    changed_ = true;
       integrality_ = lp.integrality;
     }
   }
@@ -238,12 +246,14 @@ void HighsInstance::send_values(const HighsBuild &build, const char *who) {
                             kHighsHessianFormatTriangular, q.start.data(), q.index.data(),
                             q.value.data()),
           "the quadratic objective", who);
+    changed_ = true;
     hessian_ = q;
   }
   if (sense_ != build.sense) {
     check(Highs_changeObjectiveSense(
               h_, build.sense > 0 ? kHighsObjSenseMinimize : kHighsObjSenseMaximize),
           "the objective sense", who);
+    changed_ = true;
     sense_ = build.sense;
   }
 }

@@ -25,8 +25,9 @@ class HighsInstance {
   // mode, no lines added by reformulations, nothing the log cannot replay)
   // only the changes are handed over: deletions, appended lines, and
   // values that differ from what HiGHS was given. Otherwise the whole
-  // model is. Returns true for a whole transfer; clears `log`.
-  bool load(const Model &m, const HighsBuild &build, double constant, bool mip, ChangeLog &log,
+  // model is. Clears `log`.
+  enum class Loaded { whole, changes, unchanged };
+  Loaded load(const Model &m, const HighsBuild &build, double constant, bool mip, ChangeLog &log,
             const char *who);
 
   // The solve changed HiGHS's model beyond the problem's own (rows that
@@ -45,6 +46,7 @@ class HighsInstance {
   void *h_ = nullptr;
   bool mirrors_ = false;  // HiGHS holds exactly the problem's lines, as below
   bool mip_ = false;
+  bool changed_ = false;  // the last load handed over a change
   int64_t transfers_ = 0;
   // What HiGHS was last given.
   std::vector<double> cost_, col_lower_, col_upper_, row_lower_, row_upper_;
