@@ -3,17 +3,15 @@
 #include <cmath>
 #include <cstring>
 
-#include "model/arith.h"
 #include "model/constraint.h"
 #include "model/operand.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
 PyTypeObject VarType{};
-PyNumberMethods VarNumberMethods{};
 
 // ---------------------------------------------------------------------------
 // The attribute store
@@ -395,10 +393,7 @@ void SetupVarType() {
   t.tp_hash = VarHash;
   t.tp_getattro = VarGetAttr;
   t.tp_setattro = VarSetAttr;
-  t.tp_richcompare = ModelRichCompare;
   t.tp_methods = VarMethods;
-  FillNumberMethods(VarNumberMethods, false);
-  t.tp_as_number = &VarNumberMethods;
   t.tp_doc = ZRV_HELP(
       "A decision variable of an optimization problem.",
       "x = zorvan.var(name=None, lb=0, ub=zorvan.infinity, threshold=-zorvan.infinity, "

@@ -3,11 +3,13 @@
 
 #include <utility>
 
-#include "module/environment.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "problem/control.h"
+#include "base/environment.h"
+#include "controls/catalogue.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "module/evaluate.h"
+#include "controls/control.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -336,6 +338,8 @@ PyMethodDef ModuleMethods[] = {
               "zorvan._getcontrols().presolve = 0  # every new problem: no presolve",
               "Reading a control gives the user default if set, else the engine's default.",
               "zorvan.setdefaultcontrol, zorvan.setdefaults, problem.controls")},
+    {"evaluate", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(ModuleEvaluate)),
+     METH_VARARGS | METH_KEYWORDS, EvaluateDoc},
     {nullptr, nullptr, 0, nullptr},
 };
 

@@ -1,10 +1,10 @@
 // Python functions as global message handlers of the engine.
-#include "callbacks/handles.h"
-#include "module/environment.h"
-#include "module/errors.h"
+#include "base/handles.h"
+#include "base/environment.h"
+#include "base/errors.h"
 #include "module/functions.h"
-#include "module/globals.h"
-#include "module/output.h"
+#include "base/globals.h"
+#include "base/output.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {

@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/operand.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 

@@ -3,17 +3,17 @@
 
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "nonlinear/nonlinear.h"
-#include "problem/control.h"
+#include "controls/control.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {

@@ -5,12 +5,12 @@
 #include <set>
 
 #include "model/var.h"
-#include "module/environment.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/environment.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
-#include "problem/control.h"
+#include "controls/control.h"
 #include "problem/objective.h"
 
 namespace zrv {

@@ -3,14 +3,14 @@
 // used to evaluate expressions.
 #include "problem/solution.h"
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/var.h"
-#include "module/containers.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/containers.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "nonlinear/evaluate.h"
 #include "zorvan/zrvs.h"
 
@@ -230,7 +230,7 @@ PyObject *ProblemGetSolution(PyObject *self, PyObject *args, PyObject *kwds) {
   EvalPoint point;
   point.values = x.data();
   point.count = static_cast<Py_ssize_t>(x.size());
-  point.problem = p;
+  point.columns = p->colmap;
   if (n == 1) return EvaluateObject(PyTuple_GET_ITEM(args, 0), point);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;

@@ -2,9 +2,9 @@
 // getProbStatus and getProbStatusString.
 #include "problem/solution.h"
 
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
