@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "model/changes.h"
-#include "solve/builder.h"
+#include "solve/highs/builder.h"
 
 namespace zorvan {
 

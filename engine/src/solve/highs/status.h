@@ -9,11 +9,6 @@ namespace zorvan {
 // the stop reason given to ZRVSinterrupt (ZRVS_STOP_NONE if none).
 void record_stage(void *highs, bool mip, int interrupt, StageResult &r);
 
-// True when the stage ended with a proven optimum.
-inline bool stage_optimal(const StageResult &r, bool mip) {
-  return mip ? r.mipstatus == ZRVS_MIP_OPTIMAL : r.lpstatus == ZRVS_LP_OPTIMAL;
-}
-
 const char *model_status_text(HighsInt status);
 
 }  // namespace zorvan

@@ -1,4 +1,4 @@
-#include "solve/basis.h"
+#include "solve/highs/basis.h"
 
 #include "core/errors.h"
 #include "zorvan/zrvs.h"

@@ -1,5 +1,5 @@
 // The controls of more_options.h turned into HiGHS options and model rows.
-#include "solve/more_options.h"
+#include "solve/highs/more_options.h"
 
 #include <algorithm>
 #include <climits>

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "core/errors.h"
-#include "solve/builder.h"
+#include "solve/highs/builder.h"
 #include "zorvan/zrvs.h"
 
 namespace zorvan {

@@ -1,4 +1,4 @@
-#include "solve/status.h"
+#include "solve/highs/status.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
-#include "solve/options.h"
+#include "solve/highs/options.h"
 
 #include <algorithm>
 #include <climits>
 
 #include "core/environment.h"
-#include "solve/more_options.h"
+#include "solve/highs/more_options.h"
 
 namespace zorvan {
 
