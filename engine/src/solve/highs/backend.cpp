@@ -28,13 +28,13 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   const Model &m = p_.model;
   const char *who = request_.who;
   const bool mip = request_.mip;
-  scheduler_ = lock_scheduler(solve_threads(p_));
+  scheduler_.reset(new SchedulerLease(solve_threads(p_)));
   if (!p_.highs) p_.highs.reset(new HighsInstance());
   HighsInstance &instance = *p_.highs;
   h_ = instance.handle();
   // The callback first, so that HiGHS's banner goes through it too.
   callback_.reset(new SolveCallback(h_, p_));
-  apply_controls(h_, p_, request_.algorithm);
+  apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
   std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
   const bool basis_loaded = p_.changes.basis_loaded();
   const bool repeated = !p_.changes.noted();

@@ -2,12 +2,11 @@
 // HiGHS lacks reformulated), on the HiGHS instance the problem keeps.
 #pragma once
 #include <memory>
-#include <mutex>
-#include <shared_mutex>
 
 #include "solve/backend.h"
 #include "solve/highs/builder.h"
 #include "solve/highs/options.h"
+#include "solve/highs/scheduler.h"
 
 namespace zorvan {
 
@@ -34,7 +33,7 @@ class HighsBackend : public Backend {
   bool keeps_basis_ = false;
   // Declared in this order so that the callback is detached before the
   // scheduler is released.
-  std::shared_lock<std::shared_mutex> scheduler_;
+  std::unique_ptr<SchedulerLease> scheduler_;
   std::unique_ptr<SolveCallback> callback_;
 };
 

@@ -15,9 +15,6 @@ constexpr double kInf = 1e300;  // HiGHS reads any value >= its infinity as infi
 
 HighsInt clamp_int(int64_t v) { return static_cast<HighsInt>(std::min<int64_t>(v, INT_MAX)); }
 
-std::shared_mutex g_scheduler_mutex;
-int g_scheduler_threads = 0;  // 0: not started by a solve with a fixed count
-
 void check(HighsInt status, const char *name) {
   if (status == kHighsStatusError)
     fail(ZRVS_ERR_INTERNAL, "HiGHS refused the value of option %s", name);
@@ -42,20 +39,7 @@ int solve_threads(const zrvs_problem &p) {
   return arch_consistency() ? kConsistentThreads : 0;
 }
 
-std::shared_lock<std::shared_mutex> lock_scheduler(int threads) {
-  for (;;) {
-    std::shared_lock<std::shared_mutex> shared(g_scheduler_mutex);
-    if (threads == 0 || g_scheduler_threads == threads) return shared;
-    shared.unlock();
-    std::unique_lock<std::shared_mutex> exclusive(g_scheduler_mutex);
-    if (g_scheduler_threads != threads) {
-      Highs_resetGlobalScheduler(1);
-      g_scheduler_threads = threads;
-    }
-  }
-}
-
-void apply_controls(void *h, const zrvs_problem &p, char algorithm) {
+void apply_controls(void *h, const zrvs_problem &p, char algorithm, int threads) {
   const ControlValues &c = p.controls;
   const char *who = "optimize";
   // The log reaches the problem's message callbacks only, never stdout.
@@ -74,7 +58,7 @@ void apply_controls(void *h, const zrvs_problem &p, char algorithm) {
   set_int(h, "mip_max_nodes", clamp_int(c.get_int(ZRVS_MAXNODE, who)));
   set_int(h, "random_seed", clamp_int(c.get_int(ZRVS_RANDOMSEED, who)));
   set_str(h, "presolve", c.get_int(ZRVS_PRESOLVE, who) ? "on" : "off");
-  set_int(h, "threads", solve_threads(p));
+  set_int(h, "threads", threads);
   if (!algorithm) {
     switch (c.get_int(ZRVS_DEFAULTALG, who)) {
       case 2: algorithm = 'd'; break;

@@ -4,7 +4,6 @@
 // HiGHS was built with.
 #pragma once
 #include <mutex>
-#include <shared_mutex>
 #include <string>
 
 #include "core/problem.h"
@@ -13,14 +12,9 @@
 namespace zorvan {
 
 // Sets HiGHS's options from the problem's controls. algorithm is the
-// flags' choice ('d', 'p', 'b') or 0 to take the defaultalg control.
-void apply_controls(void *highs, const zrvs_problem &p, char algorithm);
-
-// HiGHS runs its parallel work on one global scheduler whose thread count is
-// fixed when it starts. A solve holds this lock shared while it runs; a
-// solve that needs another thread count takes it exclusively to restart the
-// scheduler. The returned lock is held for the whole solve.
-std::shared_lock<std::shared_mutex> lock_scheduler(int threads);
+// flags' choice ('d', 'p', 'b') or 0 to take the defaultalg control;
+// threads the count of the solve's scheduler lease.
+void apply_controls(void *highs, const zrvs_problem &p, char algorithm, int threads);
 
 // The thread count a solve uses: the threads control, or a fixed count
 // under architecture consistency; 0 lets HiGHS choose.
