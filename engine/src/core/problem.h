@@ -9,6 +9,7 @@
 #include "core/catalogue.h"
 #include "core/environment.h"
 #include "core/registry.h"
+#include "events/registry.h"
 #include "model/changes.h"
 #include "model/model.h"
 #include "solve/results.h"
@@ -31,12 +32,7 @@ struct zrvs_problem {
   zorvan::ControlValues controls;
   SolveState results;
   std::string last_error;
-  struct MessageCallback {
-    ZRVS_cbmessage f;
-    void *data;
-    int priority;
-  };
-  std::vector<MessageCallback> message_callbacks;  // by decreasing priority
+  zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
 
