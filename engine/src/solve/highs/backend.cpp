@@ -1,8 +1,11 @@
 #include "solve/highs/backend.h"
 
+#include <cmath>
+
+#include "solve/highs/callback.h"
+
 #include "solve/highs/basis.h"
 #include "solve/highs/instance.h"
-#include "solve/highs/more_options.h"
 #include "solve/highs/status.h"
 
 namespace zorvan {
@@ -14,6 +17,25 @@ void sparse(const std::vector<double> &dense, std::vector<HighsInt> &index,
             std::vector<double> &value) {
   for (size_t j = 0; j < dense.size(); ++j)
     if (dense[j] != 0.0) index.push_back(static_cast<HighsInt>(j)), value.push_back(dense[j]);
+}
+
+// The MIP cutoff as a row: objective 0 (coefficients over the model's
+// columns, plus constant) no worse than the cutoff. HiGHS's own objective
+// bound is not used, as without presolve it is not always honoured. True
+// when the row was added.
+bool add_cutoff_row(void *h, const zrvs_problem &p, bool mip) {
+  double cutoff = p.controls.get_dbl(ZRVS_MIPABSCUTOFF, "optimize");
+  if (!mip || std::fabs(cutoff) >= ZRVS_PLUSINFINITY) return false;
+  std::vector<HighsInt> index;
+  std::vector<double> value;
+  sparse(p.model.objectives[0].coef, index, value);
+  double bound = cutoff - p.model.objectives[0].constant;
+  bool minimise = p.model.objsense > 0;
+  if (Highs_addRow(h, minimise ? -kHighsInf : bound, minimise ? bound : kHighsInf,
+                   static_cast<HighsInt>(index.size()), index.data(), value.data()) ==
+      kHighsStatusError)
+    fail(ZRVS_ERR_INTERNAL, "optimize: HiGHS refused the row of the cutoff (mipabscutoff)");
+  return true;
 }
 
 }  // namespace
@@ -49,7 +71,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   // so that it repeats its path; after a change HiGHS starts from what it
   // kept (its last incumbent).
   if (mip && repeated && !whole) Highs_clearSolver(h_);
-  if (add_cutoff_row(h_, p_, m.objectives[0].coef, m.objectives[0].constant, mip) ||
+  if (add_cutoff_row(h_, p_, mip) ||
       stages.size() > 1)
     instance.forget();
   // A continuous LP starts from the basis HiGHS kept from the last solve;

@@ -5,7 +5,8 @@
 
 #include "solve/backend.h"
 #include "solve/highs/builder.h"
-#include "solve/highs/options.h"
+#include "solve/highs/callback.h"
+#include "solve/highs/controls.h"
 #include "solve/highs/scheduler.h"
 
 namespace zorvan {

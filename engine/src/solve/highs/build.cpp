@@ -11,8 +11,8 @@ namespace zorvan {
 namespace {
 
 double to_highs(double v) {
-  if (v >= 1e20) return kHighsInf;
-  if (v <= -1e20) return -kHighsInf;
+  if (v >= ZRVS_PLUSINFINITY) return kHighsInf;
+  if (v <= -ZRVS_PLUSINFINITY) return -kHighsInf;
   return v;
 }
 

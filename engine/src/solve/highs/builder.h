@@ -7,9 +7,11 @@
 
 #include "interfaces/highs_c_api.h"
 #include "model/model.h"
+#include "zorvan/zrvs.h"
 
 namespace zorvan {
 
+// HiGHS's infinity (the engine's is ZRVS_PLUSINFINITY).
 constexpr double kHighsInf = std::numeric_limits<double>::infinity();
 
 // A matrix by columns in HiGHS's index type.
@@ -73,6 +75,6 @@ void reformulate_partial_integers(const Model &m, LpBuilder &lp, const char *who
 double finite_lower(const Model &m, int j, const char *need, const char *who);
 double finite_upper(const Model &m, int j, const char *need, const char *who);
 
-inline bool is_infinite(double v) { return v >= 1e20 || v <= -1e20; }
+inline bool is_infinite(double v) { return v >= ZRVS_PLUSINFINITY || v <= -ZRVS_PLUSINFINITY; }
 
 }  // namespace zorvan

@@ -85,4 +85,12 @@ void record_stage(void *h, bool mip, int interrupt, StageResult &r) {
   }
 }
 
+void refine_stop_reason(const zrvs_problem &p, StageResult &r) {
+  if (r.stopstatus != ZRVS_STOP_NODELIMIT) return;
+  const char *who = "optimize";
+  if (p.controls.get_int(ZRVS_MAXMIPSOL, who) > 0 &&
+      r.nodes < p.controls.get_int(ZRVS_MAXNODE, who))
+    r.stopstatus = ZRVS_STOP_SOLLIMIT;
+}
+
 }  // namespace zorvan
