@@ -170,9 +170,24 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
     first = varCounter;
     varCounter += count;
   }
-  // Attributes other than the name go through the variable's own
-  // attribute rules: the type first, as it may reset the bounds.
-  static const int kOrder[] = {4, 1, 2, 3};
+  // Attributes other than the name follow the rules of zorvan.var's own
+  // arguments, so that vars(..., **kw) and var(**kw) make the same variables.
+  double lb = 0.0, ub = kInfinity, threshold = -kInfinity;
+  long vartype = 0;
+  if ((given[1] && (lb = PyFloat_AsDouble(given[1])) == -1.0 && PyErr_Occurred()) ||
+      (given[2] && (ub = PyFloat_AsDouble(given[2])) == -1.0 && PyErr_Occurred()) ||
+      (given[3] && (threshold = PyFloat_AsDouble(given[3])) == -1.0 && PyErr_Occurred()) ||
+      (given[4] && (vartype = PyLong_AsLong(given[4])) == -1 && PyErr_Occurred())) {
+    releaseSets();
+    Py_DECREF(result);
+    return nullptr;
+  }
+  if (vartype < 0 || vartype > 5) {
+    PyErr_SetString(ModelError, kBadVarType);
+    releaseSets();
+    Py_DECREF(result);
+    return nullptr;
+  }
   std::vector<Py_ssize_t> position(static_cast<size_t>(k), 0);
   bool ok = true;
   for (size_t n = 0; n < count && ok; ++n) {
@@ -189,9 +204,7 @@ PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
     ok = v != nullptr;
     if (ok) {
       v->word = (first + n) & kVarIdMask;
-      for (int a : kOrder)
-        if (ok && given[a] && PyObject_SetAttrString(reinterpret_cast<PyObject *>(v), kKeywords[a], given[a]) < 0)
-          ok = false;
+      VarSetInitial(v->word, lb, ub, threshold, static_cast<int>(vartype));
       if (ok && prefix) {
         PyObject *name = IndexedName(prefix, index, k > 1);
         ok = name && PyObject_SetAttrString(reinterpret_cast<PyObject *>(v), "name", name) == 0;

@@ -7,6 +7,7 @@
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/output.h"
+#include "base/text.h"
 #include "zorvan/zslp.h"
 
 namespace zrv {
@@ -35,8 +36,8 @@ int StartEnvironment(const char *path, bool explicit_start) {
   if (ZRVSinit(path) != 0) {
     LowerCount();
     std::string msg = GlobalLastError(nullptr);
-    PyErr_SetString(InterfaceError,
-                    msg.empty() ? "Error initializing optimization environment" : msg.c_str());
+    SetErrorFromEngine(InterfaceError,
+                       msg.empty() ? "Error initializing optimization environment" : msg.c_str());
     return -1;
   }
   bool slp_started_here = false;

@@ -3,6 +3,7 @@
 #include "base/errors.h"
 
 #include "base/globals.h"
+#include "base/text.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -47,7 +48,7 @@ PyObject *ReportError(PyObject *obj, PyObject *result) {
     int code = 0;
     std::string text = GlobalLastError(&code);
     if (code == 0 && text.empty()) text = "Unidentified error associated with the global environment";
-    PyErr_SetString(InterfaceError, text.c_str());
+    SetErrorFromEngine(InterfaceError, text.c_str());
     return nullptr;
   }
   for (int i = 0; i < SourceCount; ++i) {

@@ -29,6 +29,23 @@ PyObject *FindControl(const std::string &name) {
   return tuple;
 }
 
+// Sets the control on a new problem of its own (zorvan.problem(), which has
+// the current user defaults), so that a value a problem would refuse is
+// refused here, with the same message.
+int TrySetOnScratchProblem(int id, int kind, int source, PyObject *value) {
+  PyObject *scratch = Module ? PyObject_CallMethod(Module, "problem", nullptr) : nullptr;
+  if (!scratch) {
+    if (!PyErr_Occurred()) PyErr_SetString(InterfaceError, "The module is not initialized");
+    return -1;
+  }
+  int rc = SetControlValue(reinterpret_cast<ProblemHandles *>(scratch), id, kind, source, value);
+  PyObject *type, *error, *traceback;
+  PyErr_Fetch(&type, &error, &traceback);
+  Py_DECREF(scratch);
+  PyErr_Restore(type, error, traceback);
+  return rc;
+}
+
 PyObject *ControlGetAttr(PyObject *self, PyObject *attr) {
   auto *c = reinterpret_cast<ControlObject *>(self);
   std::string name;
@@ -113,6 +130,9 @@ int ControlSetAttr(PyObject *self, PyObject *attr, PyObject *value) {
   if (rc < 0) return -1;
   if (c->is_default) {
     if (CheckControlValue(kind, value) < 0) return -1;
+    // Refused now, with a problem's own message, rather than by every new
+    // problem later.
+    if (TrySetOnScratchProblem(id, kind, source, value) < 0) return -1;
     GilSafeLock lock(DefaultControlsLock);
     return PyDict_SetItemString(UserDefaults, name.c_str(), value);
   }

@@ -1,8 +1,10 @@
 // Reading and setting single controls and attributes of a problem.
 #include <string>
 
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
+#include "base/text.h"
 #include "controls/control.h"
 #include "zorvan/zslp.h"
 
@@ -193,12 +195,28 @@ PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_con
     Py_END_ALLOW_THREADS
     if (rc != 0) return ReportError(self, nullptr);
     buf[sizeof buf - 1] = '\0';
-    return PyUnicode_FromString(buf);
+    return TextFromEngine(buf);
   }
   PyErr_SetString(ModelError, is_control ? "getControl() called with unknown ID"
                                          : "getAttrib() called with unknown ID");
   return nullptr;
 }
+
+namespace {
+
+// Whether the engine keeps the attribute per objective (the listings of one
+// objective hold only those). Asked for objective 0: the engine names an
+// attribute it does not keep per objective with ZRVS_ERR_UNKNOWNID whatever
+// the index.
+bool PerObjective(ProblemHandles *p, int id, int kind) {
+  int64_t i = 0;
+  double d = 0.0;
+  int rc = kind == kInt ? CallUnlocked(ZRVSgetobjintattrib64, p->prob, 0, id, &i)
+                        : CallUnlocked(ZRVSgetobjdblattrib, p->prob, 0, id, &d);
+  return rc != ZRVS_ERR_UNKNOWNID;
+}
+
+}  // namespace
 
 PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int index) {
   PyObject *result = PyDict_New();
@@ -218,7 +236,8 @@ PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int
     int id, kind, source;
     PyObject *value = nullptr;
     if (UnpackDescriptor(PyTuple_GET_ITEM(pair, 1), id, kind, source) == 0) {
-      if (index >= 0 && (kind == kString || source != kMain)) continue;
+      if (index >= 0 && (kind == kString || source != kMain || !PerObjective(p, id, kind)))
+        continue;
       value = ReadValue(p, id, kind, source, is_control, index);
     }
     if (!value || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), value) < 0) {

@@ -55,6 +55,39 @@ PyObject *ObjAttribItem(PyObject *self, Py_ssize_t i) {
   return Py_NewRef(view);
 }
 
+// objattribs[i] with the index as given: a negative one is refused rather
+// than counted from the end.
+PyObject *ObjAttribSubscript(PyObject *self, PyObject *key) {
+  Py_ssize_t i = PyNumber_AsSsize_t(key, PyExc_IndexError);
+  if (i == -1 && PyErr_Occurred()) return nullptr;
+  if (i < 0) {
+    if (!Owner(self)) return nullptr;
+    PyErr_SetString(ModelError, "Invalid objective index");
+    return nullptr;
+  }
+  return ObjAttribItem(self, i);
+}
+
+// iter(p.objattribs): the views of the objectives there are now (indexing
+// past the end raises ModelError, which would end a plain sequence walk with
+// an error).
+PyObject *ObjAttribIter(PyObject *self) {
+  ProblemHandles *p = Owner(self);
+  if (!p) return nullptr;
+  Py_ssize_t n = Objectives(p);
+  if (n < 0) return nullptr;
+  PyObject *views = PyList_New(0);
+  for (Py_ssize_t i = 0; views && i < n; ++i) {
+    PyObject *view = ObjAttribItem(self, i);
+    if (!view || PyList_Append(views, view) < 0) Py_CLEAR(views);
+    Py_XDECREF(view);
+  }
+  if (!views) return nullptr;
+  PyObject *iter = PyObject_GetIter(views);
+  Py_DECREF(views);
+  return iter;
+}
+
 PyObject *ObjAttribRepr(PyObject *self) {
   ProblemHandles *p = Owner(self);
   if (!p) return nullptr;
@@ -82,6 +115,7 @@ void ObjAttribDealloc(PyObject *self) {
 }
 
 PySequenceMethods ObjAttribSequence{};
+PyMappingMethods ObjAttribMapping{};
 
 }  // namespace
 
@@ -101,6 +135,10 @@ void SetupObjAttribType() {
   ObjAttribSequence.sq_length = ObjAttribLength;
   ObjAttribSequence.sq_item = ObjAttribItem;
   t.tp_as_sequence = &ObjAttribSequence;
+  ObjAttribMapping.mp_length = ObjAttribLength;
+  ObjAttribMapping.mp_subscript = ObjAttribSubscript;
+  t.tp_as_mapping = &ObjAttribMapping;
+  t.tp_iter = ObjAttribIter;
   t.tp_doc = ZRV_HELP(
       "The attributes of each objective of a multi-objective problem.",
       "len(p.objattribs); p.objattribs[i].<name>",

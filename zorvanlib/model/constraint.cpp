@@ -360,9 +360,28 @@ PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op) {
   return c;
 }
 
+namespace {
+
+// A constraint has no truth value: `if x <= 1`, `x in [y, z]` (which compares
+// with ==) or NumPy turning comparisons into booleans would otherwise use
+// True silently.
+int ConstraintBool(PyObject *) {
+  PyErr_SetString(ModelError,
+                  "A constraint has no truth value: add it to a problem with "
+                  "problem.addConstraint instead of testing it (if, and, or, not, or an "
+                  "'in' test comparing modelling objects with ==)");
+  return -1;
+}
+
+PyNumberMethods ConstraintNumberMethods{};
+
+}  // namespace
+
 void SetupConstraintType() {
   PyTypeObject &t = ConstraintType;
   InitType(t, "zorvan.constraint", sizeof(ConstraintObject));
+  ConstraintNumberMethods.nb_bool = ConstraintBool;
+  t.tp_as_number = &ConstraintNumberMethods;
   t.tp_alloc = ConstraintAlloc;
   t.tp_init = ConstraintInit;
   t.tp_dealloc = ConstraintDealloc;

@@ -25,14 +25,6 @@ QuadEntry QuadPair(PyObject *a, PyObject *b, double coef) {
   return ia <= ib ? QuadEntry{ia, ib, a, b, coef} : QuadEntry{ib, ia, b, a, coef};
 }
 
-bool HasNonzero(const LinearEntries &lin, const QuadraticEntries &quad) {
-  for (const LinEntry &x : lin)
-    if (x.coef != 0.0) return true;
-  for (const QuadEntry &q : quad)
-    if (q.coef != 0.0) return true;
-  return false;
-}
-
 // Copies the entries of src times f into the empty part dst. An unscaled
 // copy shares the ordered entries whole; a scaled one leaves out
 // coefficients that become zero. May throw std::bad_alloc.
@@ -242,7 +234,9 @@ PyObject *ExpressionRepr(PyObject *self) {
   std::string out;
   bool first = true;
   char buf[512];
-  if (e->constant != 0.0 || !HasNonzero(lin, quad)) {
+  // A constant of 0 is left out whenever there are entries, even entries that
+  // are all zero (they are skipped below, so such an expression prints empty).
+  if (e->constant != 0.0 || (lin.empty() && quad.empty())) {
     FormatDouble(buf, "%g", e->constant);
     out += buf;
     first = false;

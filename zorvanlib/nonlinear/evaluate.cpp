@@ -26,13 +26,17 @@ void DepthExceeded() {
   PyErr_SetString(ModelError, "Evaluation of expression exceeded recursion depth limit");
 }
 
-// The tolerance of And and Or: the user's default "miptol" when one is set.
+// The tolerance of And and Or: "miptol" of a fresh problem, from the table of
+// default control values held by the module's default-controls object (filled
+// when the control catalogue is loaded), else 5e-6.
 double LogicTolerance() {
-  if (!UserDefaults || !PyDict_Check(UserDefaults)) return kDefaultLogicTolerance;
-  PyObject *v = PyDict_GetItemString(UserDefaults, "miptol");  // borrowed
-  if (!v) return kDefaultLogicTolerance;
-  double t = PyFloat_AsDouble(v);
-  if (t == -1.0 && PyErr_Occurred()) {
+  if (!DefaultControls) return kDefaultLogicTolerance;
+  // The object's __dict__ is that table (the user's defaults are apart).
+  PyObject *table = PyObject_GetAttrString(DefaultControls, "__dict__");
+  PyObject *v = table && PyDict_Check(table) ? PyDict_GetItemString(table, "miptol") : nullptr;
+  double t = v ? PyFloat_AsDouble(v) : kDefaultLogicTolerance;
+  Py_XDECREF(table);
+  if (PyErr_Occurred()) {
     PyErr_Clear();
     return kDefaultLogicTolerance;
   }

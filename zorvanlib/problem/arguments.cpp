@@ -14,6 +14,7 @@
 #include "model/var.h"
 #include "base/errors.h"
 #include "base/globals.h"
+#include "base/text.h"
 #include "base/types.h"
 #include "problem/problem.h"
 #include "zorvan/zrvs.h"
@@ -196,6 +197,10 @@ int ObjectToIndex(PyObject *obj, ProblemObject *p, int32_t *index, int code) {
   if (PyUnicode_Check(obj) || PyBytes_Check(obj)) {
     PyObject *name = NameBytes(obj);
     if (!name) return -1;
+    if (CheckNameText(PyBytes_AS_STRING(name), PyBytes_GET_SIZE(name), "object", obj) < 0) {
+      Py_DECREF(name);
+      return -1;
+    }
     int type = code == ElemRow ? 1 : 2;  // set names are looked up as column names
     int idx = -1;
     int status = CallUnlocked(ZRVSgetindex, p->prob, type,
@@ -308,6 +313,10 @@ int ElementToNative(ProblemObject *p, PyObject *obj, void *array, Py_ssize_t pos
       PyObject *text = NameBytes(obj);
       if (!text) return -1;
       Py_ssize_t n = PyBytes_GET_SIZE(text);
+      if (CheckNameText(PyBytes_AS_STRING(text), n, "string", obj) < 0) {
+        Py_DECREF(text);
+        return -1;
+      }
       void **slot = static_cast<void **>(array) + pos;
       *slot = nullptr;
       int status = NativeAllocator.reallocate(NativeAllocator.context, slot,
@@ -486,7 +495,7 @@ int StringsToBuffer(PyObject *obj, Py_ssize_t count, void **buffer) {
     }
     Py_ssize_t len;
     const char *text = PyUnicode_Check(item) ? PyUnicode_AsUTF8AndSize(item, &len) : nullptr;
-    if (!text) {
+    if (!text || CheckNameText(text, len, "string", item) < 0) {
       if (!PyErr_Occurred()) PyErr_Format(InterfaceError, "Invalid string %S", item);
       if (is_iter) Py_DECREF(item);
       goto done;
@@ -542,7 +551,7 @@ PyObject *ElementToObject(ProblemObject *p, const void *array, Py_ssize_t i, int
     case ElemChar: return PyUnicode_FromFormat("%c", static_cast<const char *>(array)[i]);
     case ElemCharNumber:
       return PyUnicode_FromFormat("%d", static_cast<int>(static_cast<const char *>(array)[i]));
-    case ElemString: return PyUnicode_FromString(static_cast<char *const *>(array)[i]);
+    case ElemString: return TextFromEngine(static_cast<char *const *>(array)[i]);
     case ElemCut: {
       auto *o = PyObject_New(PoolCutObject, &PoolCutType);
       if (o) o->handle = static_cast<void *const *>(array)[i];
@@ -569,7 +578,10 @@ int ArrayToList(ProblemObject *p, Py_ssize_t count, const void *array, PyObject 
                 int code) {
   if (!array || !list || list == Py_None) return 0;
   if (!PyList_Check(list)) {
-    PyErr_SetString(ModelError, "Unexpected argument to conv_arr2obj");
+    PyErr_Format(ModelError,
+                 "Unexpected argument to conv_arr2obj: results are written into a list "
+                 "given by the caller, not a %s",
+                 Py_TYPE(list)->tp_name);
     return -1;
   }
   Py_ssize_t old = PyList_GET_SIZE(list);

@@ -23,6 +23,7 @@
 #include "base/types.h"
 #include "problem/add_objects.h"
 #include "problem/problem.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -274,7 +275,7 @@ bool HasNonlinearParts(ProblemObject *p) { return p->nl_constraints > 0 || p->nl
 
 PyObject *ProblemRead(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "read")) return nullptr;
   static const char *keywords[] = {"filename", "options", nullptr};
   const char *filename = nullptr, *options = "";
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "s|s", const_cast<char **>(keywords), &filename,

@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
+#include "base/text.h"
 #include "base/types.h"
 #include "controls/control.h"
 #include "controls/control_methods.h"
@@ -11,8 +12,10 @@
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
+#include "problem/problem_reset.h"
 #include "problem/objective.h"
 #include "problem/solution.h"
+#include "problem/solve_guard.h"
 
 #include <string>
 
@@ -99,16 +102,15 @@ PyObject *ProblemName(PyObject *self, PyObject *) {
   rc = ZRVSgetprobname(prob, &buffer[0]);
   Py_END_ALLOW_THREADS
   if (rc != 0) return ReportError(self, nullptr);
-  return ReportError(self, PyUnicode_FromString(buffer.c_str()));
+  return ReportError(self, TextFromEngine(buffer.c_str()));
 }
 
 PyObject *ProblemStr(PyObject *self) { return ProblemName(self, nullptr); }
 
 PyObject *ProblemReset(PyObject *self, PyObject *) {
-  ProblemObject *p = Checked(self);
-  if (!p) return nullptr;
-  ReleaseProblem(p);
-  if (InitializeProblem(p, nullptr, nullptr) < 0) return nullptr;
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (CannotChange(p, "reset")) return nullptr;
+  if (ResetProblem(p) < 0) return nullptr;
   Py_RETURN_NONE;
 }
 
@@ -124,7 +126,9 @@ PyObject *ProblemEnter(PyObject *self, PyObject *) {
 }
 
 PyObject *ProblemExit(PyObject *self, PyObject *) {
-  ReleaseProblem(reinterpret_cast<ProblemObject *>(self));
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (p->prob && CannotChange(p, "the end of a with-block")) return nullptr;
+  ReleaseProblem(p);
   Py_RETURN_NONE;
 }
 
@@ -256,14 +260,18 @@ void RaiseProblemError(PyObject *self) {
   std::string text = msg;
   if (!prob) text = GlobalLastError(&code);
   if (code == 0 && text.empty()) text = "Unidentified error associated with optimization problem";
-  PyErr_SetString(SolverError, text.c_str());
+  SetErrorFromEngine(SolverError, text.c_str());
 }
 
-// The views, read-only (None once the problem is released).
+// The views, read-only. Once the problem is released (the fields hold None)
+// reading one raises "Problem is not initialized", so that p.controls.x says
+// what is wrong.
 template <PyObject *ProblemObject::*View>
 PyObject *GetView(PyObject *self, void *) {
   PyObject *v = reinterpret_cast<ProblemObject *>(self)->*View;
-  return Py_NewRef(v ? v : Py_None);
+  if (v && v != Py_None) return Py_NewRef(v);
+  PyErr_SetString(ModelError, "Problem is not initialized");
+  return nullptr;
 }
 
 PyGetSetDef ProblemGetSet[] = {

@@ -39,6 +39,24 @@ int NonlinearNotAvailable() {
   return -1;
 }
 
+// SolverError "<what>: <the engine's reason>" (such as no solution being
+// available since the last change). Returns -1.
+int FailWithReason(PyObject *self, const char *what) {
+  ReportError(self, nullptr);
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  PyObject *reason = value ? PyObject_Str(value) : nullptr;
+  Py_XDECREF(type);
+  Py_XDECREF(value);
+  Py_XDECREF(traceback);
+  if (reason && PyUnicode_GET_LENGTH(reason) > 0)
+    PyErr_Format(SolverError, "%s: %U", what, reason);
+  else
+    PyErr_SetString(SolverError, what);
+  Py_XDECREF(reason);
+  return -1;
+}
+
 // The whole vector of the last solve.
 int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   bool nonlinear, mip;
@@ -73,11 +91,21 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   }
   Py_END_ALLOW_THREADS
   if (rc == 0) return 0;
+  // The engine keeps no solution vectors for a problem without columns or
+  // rows; an empty vector is all there is to give when the solve succeeded.
+  if (out.empty()) {
+    int status = 0;
+    if (IntAttrib(p, mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, &status) < 0) return -1;
+    if (mip ? status == ZRVS_MIP_SOLUTION || status == ZRVS_MIP_OPTIMAL
+            : status == ZRVS_LP_OPTIMAL)
+      return 0;
+  }
+  PyObject *self = reinterpret_cast<PyObject *>(p);
   switch (which) {
-    case kPrimal: return ReportFailure(reinterpret_cast<PyObject *>(p));
-    case kSlack: PyErr_SetString(SolverError, "Could not get constraints' slack"); break;
-    case kDual: PyErr_SetString(SolverError, "Could not get dual solution"); break;
-    case kRCost: PyErr_SetString(SolverError, "Could not retrieve reduced costs"); break;
+    case kPrimal: return ReportFailure(self);
+    case kSlack: return FailWithReason(self, "Could not get constraints' slack");
+    case kDual: return FailWithReason(self, "Could not get dual solution");
+    case kRCost: return FailWithReason(self, "Could not retrieve reduced costs");
   }
   return -1;
 }
