@@ -1,4 +1,4 @@
-#include "solve/status.h"
+#include "solve/highs/status.h"
 
 #include <algorithm>
 
@@ -83,6 +83,14 @@ void record_stage(void *h, bool mip, int interrupt, StageResult &r) {
       status = stopped ? ZRVS_LP_UNFINISHED : ZRVS_LP_UNSOLVED;
     r.stopstatus = stop_reason(s, interrupt);
   }
+}
+
+void refine_stop_reason(const zrvs_problem &p, StageResult &r) {
+  if (r.stopstatus != ZRVS_STOP_NODELIMIT) return;
+  const char *who = "optimize";
+  if (p.controls.get_int(ZRVS_MAXMIPSOL, who) > 0 &&
+      r.nodes < p.controls.get_int(ZRVS_MAXNODE, who))
+    r.stopstatus = ZRVS_STOP_SOLLIMIT;
 }
 
 }  // namespace zorvan

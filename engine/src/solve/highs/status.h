@@ -1,5 +1,6 @@
 // HiGHS's outcome of one run turned into the engine's statuses.
 #pragma once
+#include "core/problem.h"
 #include "interfaces/highs_c_api.h"
 #include "solve/results.h"
 
@@ -9,11 +10,10 @@ namespace zorvan {
 // the stop reason given to ZRVSinterrupt (ZRVS_STOP_NONE if none).
 void record_stage(void *highs, bool mip, int interrupt, StageResult &r);
 
-// True when the stage ended with a proven optimum.
-inline bool stage_optimal(const StageResult &r, bool mip) {
-  return mip ? r.mipstatus == ZRVS_MIP_OPTIMAL : r.lpstatus == ZRVS_LP_OPTIMAL;
-}
-
 const char *model_status_text(HighsInt status);
+
+// HiGHS reports every MIP limit alike; a stop short of the node limit with a
+// solution limit set is the solution limit.
+void refine_stop_reason(const zrvs_problem &p, StageResult &r);
 
 }  // namespace zorvan
