@@ -1,8 +1,8 @@
 // HiGHS's outcome of one run turned into the engine's statuses.
 #pragma once
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "interfaces/highs_c_api.h"
-#include "solve/results.h"
+#include "problem/results.h"
 
 namespace zorvan {
 
