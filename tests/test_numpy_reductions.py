@@ -163,3 +163,12 @@ class TestWeightedTerms:
         for g, w in zip(mixed * np.array([2.0, 0.0, 1.0]),
                         [X[0, 0] * 2.0, (2 * X[0, 1] + 1) * 0.0, X[0, 2] * X[0, 3] * 1.0]):
             assert type(g) is type(w) and str(g) == str(w)
+
+
+def test_running_sums_keep_every_prefix(x):
+    # numpy.cumsum writes each prefix from the one before; growing a prefix
+    # in place would change the earlier ones.
+    items = [x[0] + 1, 2 * x[1], x[0] * x[2], x[3], 1.5]
+    arr = np.array(items, dtype=zorvan.npexpr)
+    for k, got in enumerate(np.cumsum(arr)):
+        same(got, fold(items[:k + 1]))
