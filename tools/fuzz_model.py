@@ -14,6 +14,7 @@ import argparse
 import collections
 import json
 import os
+import signal
 import sys
 import time
 
@@ -50,12 +51,17 @@ def main(argv=None):
     kinds = collections.Counter()
     shrunk = collections.Counter()
     start = time.time()
+    done = 0
+    signal.signal(signal.SIGTERM, lambda *a: (_ for _ in ()).throw(KeyboardInterrupt()))
     try:
         for i in range(args.first, args.first + args.cases):
             profile, op_list = make_case(args.seed, i, profiles, known=not args.no_known)
             res = pool.run(op_list)
+            done += 1
             if res["ok"]:
                 continue
+            if res["kind"] == "hang":
+                res["category"] = f"hang({profile})"
             cat = ("known:" if res.get("known") else "") + res["category"]
             counts[f"{res['kind']}:{cat}" if not cat.startswith(res["kind"]) else cat] += 1
             kinds[res["kind"]] += 1
@@ -66,9 +72,11 @@ def main(argv=None):
             if shrunk[cat] < args.shrink_per_category:
                 shrunk[cat] += 1
                 write_repro(args, i, profile, op_list, res, cat, pool)
+    except KeyboardInterrupt:
+        print("stopped early", flush=True)
     finally:
         pool.stop()
-    n = args.cases
+    n = done
     new_wrong = kinds["wrong"] - sum(v for k, v in counts.items() if k.startswith("wrong:known:"))
     new_err = kinds["error"] - sum(v for k, v in counts.items() if k.startswith("error:known:"))
     print(f"cases {n}, crashes {kinds['crash']}, hangs {kinds['hang']}, "

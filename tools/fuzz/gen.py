@@ -175,7 +175,7 @@ class Generator:
         vids = r.sample(cand, r.randint(2, min(4, len(cand))))
         weights = [float(w) for w in range(1, len(vids) + 1)]
         self.ns += 1
-        self.add(["addsos", f"s{self.ns}", r.choice([1, 2]), vids, weights])
+        self.add(["addsos", f"set{self.ns}", r.choice([1, 2]), vids, weights])
 
     def op_delsos(self):
         if self.sh.sets:

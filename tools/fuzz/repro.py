@@ -13,6 +13,7 @@ def shrink(op_list, want, pool, budget=200):
     inside list-valued operations, while the same kind of finding remains."""
     tries = 0
     if want["kind"] == "hang":
+        want = dict(want, category="hang")
         budget = min(budget, 12)     # each try waits for the timeout
 
     def check(cand):

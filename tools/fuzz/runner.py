@@ -281,8 +281,14 @@ def finding_dict(f, index, sh, op, classify):
 def classify_wrong(out, sh, op):
     """Names the known fault behind a wrong answer, or tells whether the
     model alone (built afresh) shows it."""
-    if sh.has_quad() and out["category"] in ("status", "objective"):
+    if sh.has_quad() and out["category"] == "objective":
         out.update(category="qp_nonoptimal", known=True)
+        return
+    if sh.has_quad() and out["category"] == "status":
+        out["category"] = "qp_status"      # bounded called unbounded, or the reverse
+        return
+    if not sh.cols and out["category"] == "status":
+        out["category"] = "no_columns_status"     # rows like 0 >= 5 left after deletes
         return
     eq_ind = [c for c in sh.indicator_rows()
               if not is_inf(sh.row[c]["lb"]) and not is_inf(sh.row[c]["ub"])]
