@@ -118,10 +118,37 @@ def check_solve(ns, sh, op):
         by_obj = _call("getSolution(objects)", lambda: p.getSolution([V[v] for v in sh.cols]))
         if not np.allclose(by_obj, x, rtol=0, atol=1e-12):
             wrong("index_map", f"getSolution(objects) {by_obj} differs from getSolution() {list(x)}")
+        check_evaluation(ns, sh, x)
     if sh.rows:
         check_slacks(ns, sh, x)
     if not mip and not quad and method in ("optimize", "lpoptimize"):
         check_duals(ns, sh, x)
+
+
+def check_evaluation(ns, sh, x):
+    """The objective as an expression over the problem's variables,
+    evaluated by getSolution, against the shadow's value at x."""
+    z, p, V = ns["z"], ns["p"], ns["V"]
+    terms = [a * V[v] for v, a in sh.obj["lin"].items()]
+    terms += [q * V[u] * V[w] for (u, w), q in sh.obj["quad"].items()]
+    if not terms:
+        return
+    expr = z.Sum(terms) + sh.obj["const"]
+    got = _call("getSolution(expression)", lambda: p.getSolution(expr))
+    want = sh.objective_at(x)
+    if abs(got - want) > tol_for(got, want):
+        wrong("evaluation", f"getSolution(objective expression) {got!r}, objective at the solution {want!r}")
+
+
+def check_structure(ns, sh):
+    """The problem's own lists of variables, rows and sets, by name, in order."""
+    p = ns["p"]
+    for what, getter, want in (("variables", p.getVariable, sh.cols),
+                               ("constraints", p.getConstraint, sh.rows),
+                               ("sets", p.getSOS, sh.sets)):
+        got = [str(o.name) for o in _call(getter.__name__, getter)]
+        if got != want:
+            wrong("structure", f"{what} {got}, expected {want}")
 
 
 def lin_vector(sh):
@@ -258,11 +285,13 @@ def run_ops(op_list, classify=True):
                     continue
                 return finding_dict(f, i, sh, op, classify)
             sh = new
-            if op[0] == "solve":
-                try:
+            try:
+                if op[0] == "solve":
                     check_solve(ns, sh, op)
-                except Finding as f:
-                    return finding_dict(f, i, sh, op, classify)
+                elif op[0] in ("wr", "copy", "delvar", "delcon", "delsos"):
+                    check_structure(ns, sh)
+            except Finding as f:
+                return finding_dict(f, i, sh, op, classify)
         return {"ok": True}
     finally:
         shutil.rmtree(ns.get("TMP", ""), ignore_errors=True)
