@@ -3,14 +3,13 @@
 #include <cstddef>
 #include <cstring>
 
-#include "model/arith.h"
 #include "model/expression.h"
 #include "model/operand.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "nonlinear/nonlinear.h"
+#include "base/arrays.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 #include <structmember.h>
 
@@ -134,22 +133,6 @@ namespace {
 
 inline ConstraintObject *Con(PyObject *o) { return reinterpret_cast<ConstraintObject *>(o); }
 
-PyObject *ModelError_(const char *text) {
-  PyErr_SetString(ModelError, text);
-  return nullptr;
-}
-
-// A constraint with one new identifier and no bounds; takes body's reference.
-PyObject *NewConstraint(PyObject *body) {
-  PyObject *o = PyType_GenericAlloc(&ConstraintType, 0);
-  if (!o) {
-    Py_XDECREF(body);
-    return nullptr;
-  }
-  Con(o)->word = NextConId() & kConstraintIdMask;
-  Con(o)->body = body;
-  return o;
-}
 
 // The allocation slot takes an identifier, which initialisation replaces.
 PyObject *ConstraintAlloc(PyTypeObject *type, Py_ssize_t n) {
@@ -180,7 +163,7 @@ int ConstraintInit(PyObject *self, PyObject *args, PyObject *kwds) {
   if (lb != kLbUnset) ConSetLb(c->word, lb);
   if (ub != kUbUnset) ConSetUb(c->word, ub);
   PyObject *element = nullptr;  // owned first element of an array body
-  if (body && IsNdarray(body)) {
+  if (body && IsNumpyArray(body)) {
     element = PyObject_CallMethod(body, "item", "i", 0);
     if (!element) return -1;
     body = element;
@@ -344,22 +327,18 @@ PyMemberDef ConstraintMembers[] = {
     {"body", T_OBJECT, offsetof(ConstraintObject, body), 0, "Constraint body"},
     {nullptr, 0, 0, 0, nullptr}};
 
-// The operand priority of the subtraction that makes a constraint body.
-PyObject *Difference(PyObject *a, PyObject *b) {
-  OperandKind ka = KindOf(a), kb = KindOf(b);
-  if (ka == KindNumber && kb == KindNumber) {
-    double v = NumberValue(a);
-    if (v == -1.0 && PyErr_Occurred()) return nullptr;
-    PyObject *e = NewExpression(v);
-    if (!e) return nullptr;
-    PyObject *d = ModelSubtract(e, b);
-    Py_DECREF(e);
-    return d;
-  }
-  return ModelSubtract(a, b);
-}
-
 }  // namespace
+
+PyObject *NewConstraint(PyObject *body) {
+  PyObject *o = PyType_GenericAlloc(&ConstraintType, 0);
+  if (!o) {
+    Py_XDECREF(body);
+    return nullptr;
+  }
+  Con(o)->word = NextConId() & kConstraintIdMask;
+  Con(o)->body = body;
+  return o;
+}
 
 PyObject *UnboundedComparison(PyObject *e, double v, double *rhs) {
   PyObject *body = CopyScaled(e, 1.0);
@@ -381,115 +360,28 @@ PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op) {
   return c;
 }
 
-PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op) {
-  if ((op == Py_LE || op == Py_EQ || op == Py_GE) && KindOf(a) == KindExpression &&
-      KindOf(b) == KindNumber) {
-    double v = NumberValue(b);
-    if (v == -1.0 && PyErr_Occurred()) return nullptr;
-    return CompareExpressionWithNumber(a, v, op);
-  }
-  if (IsNdarray(b)) {
-    if (IsNdarray(a)) {
-      PyErr_SetString(InterfaceError, "Ill-defined constraint array");
-      return nullptr;
-    }
-    int swapped = op == Py_LE ? Py_GE : op == Py_GE ? Py_LE : Py_EQ;
-    return PyObject_RichCompare(b, a, swapped);
-  }
-  PyObject *d = Difference(a, b);
-  if (!d) return nullptr;
-  double rhs = 0.0;
-  switch (KindOf(d)) {
-    case KindExpression: {
-      if (Py_REFCNT(d) > 1) {
-        PyObject *copy = CopyScaled(d, 1.0);
-        Py_DECREF(d);
-        if (!copy) return nullptr;
-        d = copy;
-      }
-      rhs = -AsExpression(d)->constant;
-      AsExpression(d)->constant = 0.0;
-      break;
-    }
-    case KindNonlinear: {
-      auto *node = reinterpret_cast<NonlinearObject *>(d);
-      PyObject *args = node->args;
-      if (node->op == OpSum && (PyList_Check(args) || PyTuple_Check(args))) {
-        Py_ssize_t n = PySequence_Fast_GET_SIZE(args);
-        PyObject *last = n > 0 ? PySequence_Fast_ITEMS(args)[n - 1] : nullptr;
-        if (last && KindOf(last) == KindNumber) {
-          double v = NumberValue(last);
-          PyObject *rest = v == -1.0 && PyErr_Occurred()
-                               ? nullptr
-                               : PySequence_GetSlice(args, 0, n - 1);
-          PyObject *list = rest ? PySequence_List(rest) : nullptr;
-          Py_XDECREF(rest);
-          PyObject *body = list ? MakeNonlinear(OpSum, list, true) : nullptr;
-          Py_XDECREF(list);
-          Py_DECREF(d);
-          if (!body) return nullptr;
-          d = body;
-          rhs = -v;
-        }
-      } else if (node->op == OpMinus && PyTuple_Check(args) && PyTuple_GET_SIZE(args) == 2) {
-        PyObject *l = PyTuple_GET_ITEM(args, 0), *r = PyTuple_GET_ITEM(args, 1);
-        PyObject *keep = nullptr;
-        if (KindOf(l) == KindNumber) {
-          rhs = NumberValue(l);
-          keep = r;
-          if (op == Py_LE)
-            op = Py_GE;
-          else if (op == Py_GE)
-            op = Py_LE;
-        } else if (KindOf(r) == KindNumber) {
-          rhs = NumberValue(r);
-          keep = l;
-        }
-        if (keep) {
-          if (rhs == -1.0 && PyErr_Occurred()) {
-            Py_DECREF(d);
-            return nullptr;
-          }
-          Py_INCREF(keep);
-          Py_DECREF(d);
-          d = keep;
-        }
-      }
-      break;
-    }
-    case KindNumber:
-    case KindVar:
-    case KindLinTerm:
-    case KindQuadTerm:
-      break;
-    default:
-      Py_DECREF(d);
-      return ModelError_("Invalid constraint body");
-  }
-  double lb = -kInfinity, ub = kInfinity;
-  switch (op) {
-    case Py_LE: ub = rhs; break;
-    case Py_EQ: lb = ub = rhs; break;
-    case Py_GE: lb = rhs; break;
-    case Py_LT:
-    case Py_GT:
-    case Py_NE:
-      Py_DECREF(d);
-      return ModelError_("Invalid constraint: cannot enforce f(x) != 0, f(x) > 0, or f(x) < 0");
-    default:
-      Py_DECREF(d);
-      return ModelError_("Invalid constraint: unrecognized comparison operator");
-  }
-  PyObject *c = NewConstraint(d);
-  if (!c) return nullptr;
-  ConSetLb(Con(c)->word, lb);
-  ConSetUb(Con(c)->word, ub);
-  return c;
+namespace {
+
+// A constraint has no truth value: `if x <= 1`, `x in [y, z]` (which compares
+// with ==) or NumPy turning comparisons into booleans would otherwise use
+// True silently.
+int ConstraintBool(PyObject *) {
+  PyErr_SetString(ModelError,
+                  "A constraint has no truth value: add it to a problem with "
+                  "problem.addConstraint instead of testing it (if, and, or, not, or an "
+                  "'in' test comparing modelling objects with ==)");
+  return -1;
 }
+
+PyNumberMethods ConstraintNumberMethods{};
+
+}  // namespace
 
 void SetupConstraintType() {
   PyTypeObject &t = ConstraintType;
   InitType(t, "zorvan.constraint", sizeof(ConstraintObject));
+  ConstraintNumberMethods.nb_bool = ConstraintBool;
+  t.tp_as_number = &ConstraintNumberMethods;
   t.tp_alloc = ConstraintAlloc;
   t.tp_init = ConstraintInit;
   t.tp_dealloc = ConstraintDealloc;

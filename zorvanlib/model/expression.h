@@ -81,11 +81,6 @@ int ExpressionAddScaled(PyObject *e, PyObject *o, double factor);
 // left out) and a nonlinear tree a copy through the nonlinear operations.
 PyObject *CopyScaled(PyObject *o, double factor);
 
-// The accumulator of in-place sums: left may be null or None (the start), a
-// number, an expression (changed in place and returned) or a nonlinear
-// node; right is added with the factor (1.0 or -1.0). New reference.
-PyObject *Accumulate(PyObject *left, PyObject *right, double factor);
-
 // Ordered entries of the parts (empty when absent); valid until e changes.
 LinearEntries ExpressionLinear(PyObject *e);
 QuadraticEntries ExpressionQuadratic(PyObject *e);

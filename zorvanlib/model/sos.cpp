@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 #include <structmember.h>
 

@@ -3,17 +3,15 @@
 #include <cmath>
 #include <cstring>
 
-#include "model/arith.h"
 #include "model/constraint.h"
 #include "model/operand.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
 PyTypeObject VarType{};
-PyNumberMethods VarNumberMethods{};
 
 // ---------------------------------------------------------------------------
 // The attribute store
@@ -145,9 +143,6 @@ void VarReleaseStore(uint64_t &word) {
 
 namespace {
 
-constexpr char kBadVarType[] =
-    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, etc.";
-
 inline uint64_t &Word(PyObject *self) { return reinterpret_cast<VarObject *>(self)->word; }
 
 PyObject *VarNew(PyTypeObject *type, PyObject *, PyObject *) {
@@ -201,6 +196,22 @@ int ParseVarFast(PyObject *args, PyObject *kwds, PyObject **name, double *lb, do
   return 1;
 }
 
+}  // namespace
+
+void VarSetInitial(uint64_t &word, double lb, double ub, double threshold, int vartype) {
+  if (vartype == 1 && ub == kInfinity) ub = 1.0;
+  if ((vartype == 1 || vartype == 2) && ub >= lb) {
+    lb = std::ceil(lb);
+    ub = std::floor(ub);
+  }
+  if (lb != 0.0) VarSetLb(word, lb);
+  if (ub != kInfinity) VarSetUb(word, ub);
+  if (threshold != -kInfinity) VarSetThreshold(word, threshold);
+  if (vartype != 0) VarSetType(word, vartype);
+}
+
+namespace {
+
 int VarInit(PyObject *self, PyObject *args, PyObject *kwds) {
   PyObject *name = nullptr;
   double lb = 0.0, ub = kInfinity, threshold = -kInfinity;
@@ -209,23 +220,15 @@ int VarInit(PyObject *self, PyObject *args, PyObject *kwds) {
       !PyArg_ParseTupleAndKeywords(args, kwds, "|Odddl", const_cast<char **>(kVarKeywords),
                                    &name, &lb, &ub, &threshold, &vartype))
     return -1;
-  if (vartype == 1 && ub == kInfinity) ub = 1.0;
   if (static_cast<unsigned long>(vartype) >= 6) {
     PyErr_SetString(ModelError, kBadVarType);
     return -1;
-  }
-  if ((vartype == 1 || vartype == 2) && ub >= lb) {
-    lb = std::ceil(lb);
-    ub = std::floor(ub);
   }
   uint64_t &word = Word(self);
   // A second initialisation starts from a clean store.
   if (word) VarReleaseStore(word);
   word = NextVarId() & kVarIdMask;
-  if (lb != 0.0) VarSetLb(word, lb);
-  if (ub != kInfinity) VarSetUb(word, ub);
-  if (threshold != -kInfinity) VarSetThreshold(word, threshold);
-  if (vartype != 0) VarSetType(word, static_cast<int>(vartype));
+  VarSetInitial(word, lb, ub, threshold, static_cast<int>(vartype));
   if (name && name != Py_None) {
     if (!PyUnicode_Check(name) && !PyBytes_Check(name)) {
       PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
@@ -395,10 +398,7 @@ void SetupVarType() {
   t.tp_hash = VarHash;
   t.tp_getattro = VarGetAttr;
   t.tp_setattro = VarSetAttr;
-  t.tp_richcompare = ModelRichCompare;
   t.tp_methods = VarMethods;
-  FillNumberMethods(VarNumberMethods, false);
-  t.tp_as_number = &VarNumberMethods;
   t.tp_doc = ZRV_HELP(
       "A decision variable of an optimization problem.",
       "x = zorvan.var(name=None, lb=0, ub=zorvan.infinity, threshold=-zorvan.infinity, "

@@ -30,6 +30,9 @@ constexpr uint64_t kVarTypeMask = uint64_t{7} << kVarTypeShift;
 
 constexpr double kInfinity = 1e20;
 
+inline constexpr char kBadVarType[] =
+    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, etc.";
+
 inline uint64_t VarId(uint64_t word) { return word & kVarIdMask; }
 inline uint64_t VarWordOf(PyObject *v) { return reinterpret_cast<VarObject *>(v)->word; }
 inline uint64_t VarIdOf(PyObject *v) { return VarId(VarWordOf(v)); }
@@ -50,6 +53,10 @@ PyObject *VarGetName(uint64_t word);
 // The name as a str (the stored object's str when it is not a string).
 PyObject *VarNameStr(uint64_t word);
 void VarSetName(uint64_t &word, PyObject *name);
+// The attributes of a new variable from its constructor's arguments (type
+// 0..5 already checked): a binary without upper bound gets 1, binaries and
+// integers get integral bounds.
+void VarSetInitial(uint64_t &word, double lb, double ub, double threshold, int vartype);
 // Erases every map entry of the variable and clears its flags.
 void VarReleaseStore(uint64_t &word);
 

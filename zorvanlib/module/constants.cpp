@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "module/globals.h"
+#include "base/globals.h"
 
 namespace zrv {
 

@@ -7,8 +7,8 @@
 
 #include "model/expression.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/globals.h"
+#include "base/help.h"
 
 #include <algorithm>
 #include <cmath>
@@ -456,8 +456,6 @@ PyMethodDef NonlinearFunctions[] = {
               "f = zorvan.user(lambda a, b: a * b + 1, x, y)",
               "The function is called by the solver with the values of its arguments.",
               "zorvan.nonlinear, zorvan.pwl")},
-    {"evaluate", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(ModuleEvaluate)),
-     METH_VARARGS | METH_KEYWORDS, EvaluateDoc},
     {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace zrv

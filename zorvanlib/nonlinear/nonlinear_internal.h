@@ -2,9 +2,9 @@
 #pragma once
 
 #include "nonlinear/nonlinear.h"
-#include "nonlinear/numpy_support.h"
+#include "base/arrays.h"
 
-#include "module/types.h"
+#include "base/types.h"
 
 namespace zrv {
 

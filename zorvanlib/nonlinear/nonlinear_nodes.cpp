@@ -3,8 +3,8 @@
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/types.h"
 
 #include <utility>
 #include <vector>

@@ -4,7 +4,7 @@
 #include "nonlinear/nonlinear_internal.h"
 
 #include "model/expression.h"
-#include "module/globals.h"
+#include "base/globals.h"
 
 #include <cmath>
 

@@ -4,8 +4,8 @@
 #include "nonlinear/nonlinear_internal.h"
 
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/globals.h"
+#include "base/help.h"
 
 #include <map>
 #include <utility>

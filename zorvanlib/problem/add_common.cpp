@@ -2,14 +2,14 @@
 // undoing the recording of objects.
 #include <new>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/sos.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/types.h"
-#include "numpy/bridge.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/types.h"
+#include "base/arrays.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 
@@ -74,12 +74,6 @@ int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth, const char *too_
   Py_DECREF(iter);
   if (rc == 0 && PyErr_Occurred()) rc = -1;
   return rc;
-}
-
-int ReadIntAttrib(ProblemObject *p, int id, int *value) {
-  if (CallUnlocked(ZRVSgetintattrib, p->prob, id, value) != 0)
-    return ReportFailure(reinterpret_cast<PyObject *>(p));
-  return 0;
 }
 
 uint64_t MapKey(PyObject *o, ObjectKind kind) {

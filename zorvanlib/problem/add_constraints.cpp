@@ -5,18 +5,20 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/operand.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -148,6 +150,7 @@ int AppendName(uint64_t word, std::string &names) {
   const char *s = PyBytes_Check(text) ? PyBytes_AS_STRING(text)
                                       : PyUnicode_AsUTF8AndSize(text, &len);
   if (PyBytes_Check(text)) len = PyBytes_GET_SIZE(text);
+  if (s && CheckNameText(s, len, "constraint", text) < 0) s = nullptr;
   if (s) {
     names.append(s, static_cast<size_t>(len));
     names += '\0';
@@ -347,7 +350,7 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
 
 PyObject *ProblemAddConstraint(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addConstraint")) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (AddConstraintBatch(p, items.data(), items.size()) < 0) return nullptr;
@@ -452,7 +455,7 @@ int CheckIndicated(PyObject *con) {
 
 PyObject *ProblemAddIndicator(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addIndicator")) return nullptr;
   // Pairs (condition, constraint): either the two arguments themselves or
   // one tuple of two per indicator.
   std::vector<PyObject *> conditions, constraints;  // borrowed from args

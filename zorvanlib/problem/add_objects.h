@@ -63,9 +63,6 @@ inline void AppendDefaultName(char prefix, uint64_t id, std::string &names) {
   names += '\0';
 }
 
-// An integer attribute of the engine problem. 0 or -1 with the engine's error.
-int ReadIntAttrib(ProblemObject *p, int id, int *value);
-
 // Undoes the recording of objects: drops list[from:] and their map entries.
 void ForgetTail(ProblemObject *p, ObjectKind kind, Py_ssize_t from);
 

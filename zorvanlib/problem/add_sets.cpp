@@ -3,14 +3,16 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/sos.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -68,6 +70,7 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
   if (!name) return -1;
   Py_ssize_t len;
   const char *text = PyUnicode_AsUTF8AndSize(name, &len);
+  if (text && CheckNameText(text, len, "SOS", name) < 0) text = nullptr;
   if (text) {
     b.names.append(text, static_cast<size_t>(len));
     b.names += '\0';
@@ -115,7 +118,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 
 PyObject *ProblemAddSos(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addSOS")) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (AddSosBatch(p, items.data(), items.size()) < 0) return nullptr;

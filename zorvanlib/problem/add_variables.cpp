@@ -3,13 +3,15 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -50,7 +52,7 @@ int AppendName(uint64_t word, std::string &names) {
     PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
     return -1;
   }
-  if (!text) {
+  if (!text || CheckNameText(text, len, "variable", name) < 0) {
     Py_DECREF(name);
     return -1;
   }
@@ -183,7 +185,7 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addVariable")) return nullptr;
   OwnedObjects items;
   if (FlattenObjects(args, items) < 0) return nullptr;
   if (AddVariableBatch(p, items.data(), items.size()) < 0) return nullptr;

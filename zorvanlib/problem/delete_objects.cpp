@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <vector>
 
-#include "bindings/convert.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "numpy/bridge.h"
+#include "problem/arguments.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
+#include "base/arrays.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -105,7 +106,10 @@ int ObjectArrayIndices(ProblemObject *p, PyObject *index, int code, std::vector<
 
 PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  const char *what = kind == ObjectKind::Variable     ? "delVariable"
+                     : kind == ObjectKind::Constraint ? "delConstraint"
+                                                      : "delSOS";
+  if (CannotChange(p, what)) return nullptr;
   PyObject *index = nullptr;
   int first = -1, last = -1;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "|Oii", const_cast<char **>(kDeleteKeywords),

@@ -13,16 +13,17 @@
 #include <utility>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/sos.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
 #include "problem/problem.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -274,7 +275,7 @@ bool HasNonlinearParts(ProblemObject *p) { return p->nl_constraints > 0 || p->nl
 
 PyObject *ProblemRead(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "read")) return nullptr;
   static const char *keywords[] = {"filename", "options", nullptr};
   const char *filename = nullptr, *options = "";
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "s|s", const_cast<char **>(keywords), &filename,

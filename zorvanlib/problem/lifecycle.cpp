@@ -3,19 +3,13 @@
 #include <utility>
 #include <vector>
 
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/output.h"
-#include "problem/control.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/output.h"
+#include "controls/control.h"
 #include "problem/problem.h"
 
 namespace zrv {
-
-bool NotInitialized(ProblemObject *p) {
-  if (p->prob) return false;
-  PyErr_SetString(ModelError, "Problem is not initialized");
-  return true;
-}
 
 namespace {
 

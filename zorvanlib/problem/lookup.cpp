@@ -1,10 +1,10 @@
 // problem.getVariable, getConstraint, getSOS and getIndex: from indices to
 // objects and back.
-#include "bindings/convert.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "problem/arguments.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
 
 namespace zrv {

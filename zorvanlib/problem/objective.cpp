@@ -3,17 +3,19 @@
 
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/engine_call.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "nonlinear/nonlinear.h"
-#include "problem/control.h"
+#include "controls/control.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -219,6 +221,62 @@ int ApplyControls(ProblemObject *p, int k, const ControlArgs &c) {
   return 0;
 }
 
+// Objective controls as they were before a call changed them: (id, value).
+struct SavedControls {
+  std::vector<std::pair<int, PyObject *>> values;
+  ~SavedControls() {
+    for (auto &v : values) Py_DECREF(v.second);
+  }
+};
+
+int ReadSense(ProblemObject *p, int *sense) {
+  double v = 0.0;
+  PyObject *self = reinterpret_cast<PyObject *>(p);
+  if (CallEngine(self, ZRVSgetdblattrib, p->prob, ZRVS_OBJSENSE, &v) < 0) return -1;
+  *sense = v < 0 ? -1 : 1;
+  return 0;
+}
+
+// Undoes a failed setObjective: the old sense (when not 0) and the old
+// values of the controls it set. The pending error is kept.
+void Restore(ProblemObject *p, int k, const SavedControls &saved, int sense) {
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  if (sense != 0 && SetSense(p, sense) < 0) PyErr_Clear();
+  for (const auto &v : saved.values) {
+    PyObject *key = PyUnicode_FromString(ObjControlName(v.first));
+    if (key && SetObjControl(p, k, v.first, key, v.second) < 0) PyErr_Clear();
+    Py_XDECREF(key);
+    if (!key) PyErr_Clear();
+  }
+  PyErr_Restore(type, value, traceback);
+}
+
+// ApplyControls that records each old value first; on failure the ones
+// already changed are set back.
+int ApplyControlsSaving(ProblemObject *p, int k, const ControlArgs &c, SavedControls &saved) {
+  const struct {
+    PyObject *value;
+    int id;
+  } items[] = {{c.priority, ZRVS_OBJECTIVE_PRIORITY},
+               {c.weight, ZRVS_OBJECTIVE_WEIGHT},
+               {c.abstol, ZRVS_OBJECTIVE_ABSTOL},
+               {c.reltol, ZRVS_OBJECTIVE_RELTOL}};
+  for (const auto &item : items) {
+    if (!item.value || item.value == Py_None) continue;
+    PyObject *old = GetObjControl(p, k, item.id);
+    if (old) saved.values.emplace_back(item.id, old);
+    PyObject *key = old ? PyUnicode_FromString(ObjControlName(item.id)) : nullptr;
+    int rc = key ? SetObjControl(p, k, item.id, key, item.value) : -1;
+    Py_XDECREF(key);
+    if (rc < 0) {
+      Restore(p, k, saved, 0);
+      return -1;
+    }
+  }
+  return 0;
+}
+
 // Checks the types of the controls before anything changes, with the
 // messages of SetObjControl.
 int CheckControls(const ControlArgs &c) {
@@ -305,7 +363,7 @@ int SetObjectiveAt(ProblemObject *p, PyObject *expr, int k) {
 
 PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "setObjective")) return nullptr;
   static const char *keywords[] = {"objective", "sense",  "objidx", "priority",
                                    "weight",    "abstol", "reltol", nullptr};
   PyObject *objective = nullptr, *sense = nullptr;
@@ -323,16 +381,25 @@ PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   }
   if (sense && sense != Py_None && ParseSense(sense, &sense_value) < 0) return nullptr;
   if (CheckControls(c) < 0) return nullptr;
-  if (sense_value != 0 && SetSense(p, sense_value) < 0) return nullptr;
-  if (objective && objective != Py_None && SetObjectiveAt(p, objective, objidx) < 0)
+  // A failed call changes nothing: the controls go first (their old values
+  // kept), then the sense, then the objective; a failure undoes the earlier.
+  SavedControls saved;
+  if (ApplyControlsSaving(p, objidx, c, saved) < 0) return nullptr;
+  int old_sense = 0;
+  if (sense_value != 0 && (ReadSense(p, &old_sense) < 0 || SetSense(p, sense_value) < 0)) {
+    Restore(p, objidx, saved, 0);
     return nullptr;
-  if (ApplyControls(p, objidx, c) < 0) return nullptr;
+  }
+  if (objective && objective != Py_None && SetObjectiveAt(p, objective, objidx) < 0) {
+    Restore(p, objidx, saved, old_sense);
+    return nullptr;
+  }
   Py_RETURN_NONE;
 }
 
 PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addObjective")) return nullptr;
   static const char *keywords[] = {"priority", "weight", "abstol", "reltol", nullptr};
   ControlArgs c;
   PyObject *empty = PyTuple_New(0);

@@ -8,7 +8,8 @@
 
 #include <cstdint>
 
-#include "problem/index_map.h"
+#include "base/index_map.h"
+#include "base/problem_handles.h"
 #include "zorvan/zslp.h"
 
 // One slot per callback kind; each slot is empty or a list of registrations.
@@ -16,10 +17,8 @@ constexpr int kCallbackKinds = 44;
 
 using IndexMap = zrv::IndexMap;
 
-struct ProblemObject {
-  PyObject_HEAD
-  ZRVSprob prob;          // null: the problem is not initialized
-  ZSLPprob slpprob;       // null when the nonlinear library is not started
+// The engine problems (prob, slpprob) come first, in ProblemHandles.
+struct ProblemObject : ProblemHandles {
   PyObject *varlist;      // `var` objects in column order
   PyObject *conlist;      // `constraint` objects in row order
   PyObject *soslist;      // `sos` objects in set order
@@ -46,10 +45,6 @@ namespace zrv {
 extern PyTypeObject ProblemType;
 
 inline bool IsProblem(PyObject *o) { return PyObject_TypeCheck(o, &ProblemType); }
-
-// Raises ModelError "Problem is not initialized" and returns true when the
-// problem holds no engine problem.
-bool NotInitialized(ProblemObject *p);
 
 // Releases the engine problems, registrations, lists, maps and views of a
 // problem; it becomes uninitialized. Safe to call more than once.

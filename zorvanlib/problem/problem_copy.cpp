@@ -2,8 +2,8 @@
 // its bookkeeping and shares the modelling objects.
 #include <new>
 
-#include "module/errors.h"
-#include "module/globals.h"
+#include "base/errors.h"
+#include "base/globals.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
 

@@ -5,12 +5,13 @@
 #include <set>
 
 #include "model/var.h"
-#include "module/environment.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/environment.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
-#include "problem/control.h"
+#include "controls/control.h"
 #include "problem/objective.h"
 
 namespace zrv {
@@ -182,8 +183,11 @@ int ProcessDeclaration(ProblemObject *p, PyObject *args) {
         return -1;
       }
       named = true;
-      const char *text = PyUnicode_Check(arg) ? PyUnicode_AsUTF8(arg) : PyBytes_AS_STRING(arg);
-      if (!text) return -1;
+      Py_ssize_t length = 0;
+      const char *text = PyUnicode_Check(arg) ? PyUnicode_AsUTF8AndSize(arg, &length)
+                                              : PyBytes_AS_STRING(arg);
+      if (PyBytes_Check(arg)) length = PyBytes_GET_SIZE(arg);
+      if (!text || CheckNameText(text, length, "problem", arg) < 0) return -1;
       ZRVSprob prob = p->prob;
       int rc;
       Py_BEGIN_ALLOW_THREADS

@@ -3,14 +3,14 @@
 // used to evaluate expressions.
 #include "problem/solution.h"
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/var.h"
-#include "module/containers.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/containers.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "nonlinear/evaluate.h"
 #include "zorvan/zrvs.h"
 
@@ -36,6 +36,24 @@ int IntAttrib(ProblemObject *p, int id, int *value) {
 
 int NonlinearNotAvailable() {
   PyErr_SetString(ModelError, "Solutions of nonlinear problems are not available yet");
+  return -1;
+}
+
+// SolverError "<what>: <the engine's reason>" (such as no solution being
+// available since the last change). Returns -1.
+int FailWithReason(PyObject *self, const char *what) {
+  ReportError(self, nullptr);
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  PyObject *reason = value ? PyObject_Str(value) : nullptr;
+  Py_XDECREF(type);
+  Py_XDECREF(value);
+  Py_XDECREF(traceback);
+  if (reason && PyUnicode_GET_LENGTH(reason) > 0)
+    PyErr_Format(SolverError, "%s: %U", what, reason);
+  else
+    PyErr_SetString(SolverError, what);
+  Py_XDECREF(reason);
   return -1;
 }
 
@@ -73,11 +91,21 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   }
   Py_END_ALLOW_THREADS
   if (rc == 0) return 0;
+  // The engine keeps no solution vectors for a problem without columns or
+  // rows; an empty vector is all there is to give when the solve succeeded.
+  if (out.empty()) {
+    int status = 0;
+    if (IntAttrib(p, mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, &status) < 0) return -1;
+    if (mip ? status == ZRVS_MIP_SOLUTION || status == ZRVS_MIP_OPTIMAL
+            : status == ZRVS_LP_OPTIMAL)
+      return 0;
+  }
+  PyObject *self = reinterpret_cast<PyObject *>(p);
   switch (which) {
-    case kPrimal: return ReportFailure(reinterpret_cast<PyObject *>(p));
-    case kSlack: PyErr_SetString(SolverError, "Could not get constraints' slack"); break;
-    case kDual: PyErr_SetString(SolverError, "Could not get dual solution"); break;
-    case kRCost: PyErr_SetString(SolverError, "Could not retrieve reduced costs"); break;
+    case kPrimal: return ReportFailure(self);
+    case kSlack: return FailWithReason(self, "Could not get constraints' slack");
+    case kDual: return FailWithReason(self, "Could not get dual solution");
+    case kRCost: return FailWithReason(self, "Could not retrieve reduced costs");
   }
   return -1;
 }
@@ -230,7 +258,7 @@ PyObject *ProblemGetSolution(PyObject *self, PyObject *args, PyObject *kwds) {
   EvalPoint point;
   point.values = x.data();
   point.count = static_cast<Py_ssize_t>(x.size());
-  point.problem = p;
+  point.columns = p->colmap;
   if (n == 1) return EvaluateObject(PyTuple_GET_ITEM(args, 0), point);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;

@@ -2,9 +2,11 @@
 // getProbStatus and getProbStatusString.
 #include "problem/solution.h"
 
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "problem/solve_guard.h"
+#include "problem/solve_interrupt.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -27,21 +29,26 @@ PyObject *EnumMember(const char *cls, int v) {
 
 PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "a second solve")) return nullptr;
   static const char *keywords[] = {"flags", nullptr};
   const char *flags = "";
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "|s", const_cast<char **>(keywords), &flags))
     return nullptr;
   ZRVSprob prob = p->prob;
   int solvestatus = 0, solstatus = 0, rc;
-  // Callbacks take the interpreter lock back for themselves.
-  Py_BEGIN_ALLOW_THREADS
-  switch (solver) {
-    case Solver::kAutomatic: rc = ZRVSoptimize(prob, flags, &solvestatus, &solstatus); break;
-    case Solver::kLp: rc = ZRVSlpoptimize(prob, flags); break;
-    default: rc = ZRVSmipoptimize(prob, flags); break;
+  {
+    SolveScope solving(p);
+    SigintDuringSolve sigint(prob);
+    // Callbacks take the interpreter lock back for themselves.
+    Py_BEGIN_ALLOW_THREADS
+    switch (solver) {
+      case Solver::kAutomatic: rc = ZRVSoptimize(prob, flags, &solvestatus, &solstatus); break;
+      case Solver::kLp: rc = ZRVSlpoptimize(prob, flags); break;
+      default: rc = ZRVSmipoptimize(prob, flags); break;
+    }
+    Py_END_ALLOW_THREADS
+    if (sigint.Deliver() < 0) return nullptr;
   }
-  Py_END_ALLOW_THREADS
   if (rc != 0) return ReportError(self, nullptr);
   // An exception raised in a callback fails the call.
   if (PyErr_Occurred()) return nullptr;

@@ -66,6 +66,13 @@ void ControlValues::reset() {
   for (size_t i = 0; i < ints_.size(); ++i) reset(static_cast<int>(i));
 }
 
+void ControlValues::reset_control(int id, const char *who) {
+  int i = catalogue_->index_of(id);
+  if (i < 0 || !catalogue_->entries()[i].control)
+    fail(ZRVS_ERR_UNKNOWNID, "%s: unknown control %d", who, id);
+  reset(i);
+}
+
 void ControlValues::reset(int index) {
   const CatalogueEntry &e = catalogue_->entries()[index];
   ints_[index] = e.int_default;

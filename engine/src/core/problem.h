@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/api.h"
+#include "core/entry.h"
 #include "core/catalogue.h"
 #include "core/environment.h"
 #include "core/registry.h"
@@ -47,18 +47,28 @@ void check_problem_handle(const zrvs_problem *prob, const char *who);
 // problem's last error (and the thread's global error) and returned.
 template <class Body>
 int problem_call(ZRVSprob prob, const char *who, Body &&body) {
-  try {
-    check_problem_handle(prob, who);
-  } catch (const Error &e) {
-    set_global_error(e.code(), e.what());
-    return e.code();
-  }
-  int status = global_call([&] { body(*prob); });
-  if (status != 0) prob->last_error = global_error_text();
-  return status;
+  return handle_call(
+      prob, who, check_problem_handle,
+      [](zrvs_problem &p, int) { p.last_error = global_error_text(); }, body);
 }
 
-// Destroys a nonlinear problem and detaches it from its main problem.
-void destroy_nonlinear(zslp_problem *slp);
+// A new empty problem, registered as a live handle; needs a started environment.
+zrvs_problem *create_problem(const char *who);
+// Unregisters and deletes a problem (its nonlinear part is destroyed first
+// by the caller).
+void destroy_problem(zrvs_problem *prob);
+// Copies model and controls of src into dest, renamed when name is not empty.
+void copy_problem(zrvs_problem &dest, const zrvs_problem &src, const char *name, const char *who);
+// Replaces the model by a checked LP; the objective sense and, when no name is
+// given, the name are kept.
+void load_lp(zrvs_problem &p, const LpData &data, const char *who);
+
+// Message callbacks in order of decreasing priority; removal matches f and
+// data, NULL matching any.
+void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int priority);
+void remove_message_callbacks(zrvs_problem &p, ZRVS_cbmessage f, void *data);
+
+// Throws unless reason is a stop reason a caller may ask for.
+void check_stop_reason(int reason, const char *who);
 
 }  // namespace zorvan

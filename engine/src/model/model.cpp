@@ -194,4 +194,9 @@ void Model::delete_sets(const std::vector<char> &del) {
   setnames.keep_only(inverted(del));
 }
 
+std::string size_text(const Model &m) {
+  return std::to_string(m.rows()) + " rows, " + std::to_string(m.cols()) + " columns, " +
+         std::to_string(m.elems()) + " nonzeros";
+}
+
 }  // namespace zorvan
