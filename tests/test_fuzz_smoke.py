@@ -89,8 +89,9 @@ class TestShadowOptima:
 class FakeProblem:
     """Answers of a solver that is wrong in a chosen way."""
 
-    def __init__(self, x, obj, duals=None, rcost=None):
+    def __init__(self, x, obj, duals=None, rcost=None, expr_value=None):
         self.x, self.obj, self.duals, self.rcost = x, obj, duals, rcost
+        self.expr_value = obj if expr_value is None else expr_value
 
     def getProbStatusString(self):
         return "lp_optimal"
@@ -99,7 +100,11 @@ class FakeProblem:
         return self.obj
 
     def getSolution(self, *args):
-        return list(self.x) if not args else [self.x[0], self.x[1]]
+        if not args:
+            return list(self.x)
+        if isinstance(args[0], list):
+            return [self.x[0], self.x[1]]
+        return self.expr_value        # the objective expression
 
     def getSlack(self, *args):
         # Row r: x + y <= 4.
@@ -119,7 +124,7 @@ class TestChecksFlagWrongAnswers:
         sh = shadow_of([("x", "C", 0.0, 3.0, -INF), ("y", "C", 0.0, 3.0, -INF)],
                        [("r", {"x": 1, "y": 1}, -INF, 4.0, None)], sense=-1, lin={"x": 1, "y": 2})
         ns = {"z": z, "p": fake, "R": (z.SolveStatus.COMPLETED, z.SolStatus.OPTIMAL),
-              "V": {"x": "x", "y": "y"}, "C": {"r": "r"}}
+              "V": {"x": z.var(name="x"), "y": z.var(name="y")}, "C": {"r": "r"}}
         check_solve(ns, sh, ["solve", "optimize", ""])
 
     def test_right_answer_passes(self):
@@ -129,6 +134,7 @@ class TestChecksFlagWrongAnswers:
         (FakeProblem([0.0, 3.0], 6.0, [1.0], [0.0, 1.0]), "objective"),
         (FakeProblem([2.0, 3.0], 7.0, [1.0], [0.0, 1.0]), "infeasible_point"),
         (FakeProblem([1.0, 2.5], 7.0, [1.0], [0.0, 1.0]), "objval_mismatch"),
+        (FakeProblem([1.0, 3.0], 7.0, [1.0], [0.0, 1.0], expr_value=6.0), "evaluation"),
         (FakeProblem([1.0, 3.0], 7.0, [-1.0], [2.0, 3.0]), "dual"),
         (FakeProblem([1.0, 3.0], 7.0, [1.0], [0.5, 1.0]), "dual"),
     ])
