@@ -316,8 +316,9 @@ def classify_wrong(out, sh, op):
     if sh.has_quad() and out["category"] == "status":
         out["category"] = "qp_status"      # bounded called unbounded, or the reverse
         return
-    if not sh.cols and out["category"] == "status":
-        out["category"] = "no_columns_status"     # rows like 0 >= 5 left after deletes
+    if not sh.cols and out["category"] in ("status", "objective"):
+        # Rows like 0 >= 5, or the objective constant, left after deletes.
+        out["category"] = "no_columns_" + out["category"]
         return
     eq_ind = [c for c in sh.indicator_rows()
               if not is_inf(sh.row[c]["lb"]) and not is_inf(sh.row[c]["ub"])]
