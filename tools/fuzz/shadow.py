@@ -322,6 +322,12 @@ def _solve_plain(arr, lb, ub, rows):
     rel = _linprog(arr.c, lb, ub, A, rl, ru)
     if rel.status == 3:
         return "unbounded", None, None
+    if rel.status == 2:
+        # The two HiGHS paths disagree on a barely feasible model: let the
+        # MIP solve with the objective decide.
+        res = _milp(arr.c, integ, lb, ub, A, rl, ru)
+        if res.status == 0:
+            return "optimal", float(res.fun), res.x
     if rel.status != 0:
         raise RuntimeError(f"shadow relaxation failed: {rel.message}")
     if not integ.any():
