@@ -100,6 +100,29 @@ class TestLifecycle:
         assert p.controls.presolve == 1
         assert p.controls.threads == 2
 
+    def test_copy_and_original_change_their_positions_apart(self):
+        # A copy shares the original's maps until one side changes them.
+        p = zorvan.problem()
+        xs = [zorvan.var() for _ in range(6)]
+        p.addVariable(xs)
+        cons = [x <= k for k, x in enumerate(xs)]
+        p.addConstraint(cons)
+        q = p.copy()
+        q.delVariable(xs[0])
+        q.delConstraint(cons[1])
+        assert [p.getIndex(x) for x in xs] == list(range(6))
+        assert [p.getIndex(c) for c in cons] == list(range(6))
+        assert [q.getIndex(x) for x in xs[1:]] == list(range(5))
+        assert [q.getIndex(c) for c in cons[:1] + cons[2:]] == list(range(5))
+        p.delVariable(xs[5])
+        y = zorvan.var()
+        q.addVariable(y)
+        assert q.getIndex(xs[5]) == 4 and q.getIndex(y) == 5
+        with pytest.raises(zorvan.ModelError, match="not in problem"):
+            p.getIndex(y)
+        with pytest.raises(zorvan.ModelError, match="not in problem"):
+            p.getIndex(xs[5])
+
     def test_copy(self):
         p = zorvan.problem("orig")
         p.controls.miprelstop = 0.5

@@ -4,9 +4,11 @@
 
 #include "model/expression.h"
 #include "model/var.h"
+#include "base/limits.h"
 #include "base/globals.h"
 #include "base/help.h"
 #include "base/types.h"
+#include "model/operand.h"
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 #include "numpy/bridge.h"
@@ -18,14 +20,12 @@ namespace zrv {
 
 namespace {
 
-// Nested collections are unpacked at most this deep.
-constexpr int kNestingBudget = 64;
-
 // Whether o is a collection whose elements are the operands: not a number,
 // string or modelling object, but a list, tuple, dictionary (its values),
 // NumPy array (its elements in order), generator or other iterable.
 bool IsCollection(PyObject *o) {
-  if (IsNumber(o) || PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o)) return false;
+  if (IsModelNumber(o) || PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o))
+    return false;
   if (PyObject_TypeCheck(o, &VarType) || PyObject_TypeCheck(o, &LinTermType) ||
       PyObject_TypeCheck(o, &QuadTermType) || PyObject_TypeCheck(o, &ExpressionType) ||
       IsNonlinear(o))
@@ -84,7 +84,7 @@ int ForEach(PyObject *o, const char *fname, int depth, Visit &visit) {
 
 template <typename Visit>
 int ForEachArgument(PyObject *args, const char *fname, Visit &visit) {
-  return ForEach(args, fname, kNestingBudget, visit);
+  return ForEach(args, fname, kCollectionNesting, visit);
 }
 
 PyObject *NewEmptyExpression() { return ExpressionType.tp_alloc(&ExpressionType, 0); }
@@ -102,7 +102,7 @@ class Summer {
 
   // Adds o (a borrowed reference).
   int Add(PyObject *o) {
-    if (IsNumber(o)) {
+    if (IsModelNumber(o)) {
       double v = PyFloat_AsDouble(o);
       if (v == -1.0 && PyErr_Occurred()) return -1;
       constant_ += v;
@@ -120,7 +120,7 @@ class Summer {
       }
       return 0;
     }
-    if (ClassifyOperand(o) < 0) return -1;
+    if (ScalarKind(o) < 0) return -1;
     PyObject *r = PyNumber_InPlaceAdd(acc_, o);
     if (!r) return -1;
     Py_SETREF(acc_, r);
@@ -188,7 +188,7 @@ PyObject *Operands(PyObject *o, const char *fname) {
   PyObject *list = PyList_New(0);
   if (!list) return nullptr;
   auto visit = [list](PyObject *item) { return PyList_Append(list, item); };
-  if (ForEach(o, fname, kNestingBudget, visit) < 0) {
+  if (ForEach(o, fname, kCollectionNesting, visit) < 0) {
     Py_DECREF(list);
     return nullptr;
   }
@@ -249,7 +249,7 @@ PyObject *Prod(PyObject *, PyObject *args) {
   PyObject *product = PyFloat_FromDouble(1.0);
   if (!product) return nullptr;
   auto visit = [&product](PyObject *o) {
-    if (ClassifyOperand(o) < 0) return -1;
+    if (ScalarKind(o) < 0) return -1;
     PyObject *r = PyNumber_InPlaceMultiply(product, o);
     if (!r) return -1;
     Py_SETREF(product, r);
@@ -267,8 +267,8 @@ PyObject *Logical(PyObject *args, int op, const char *fname) {
   if (!list) return nullptr;
   bool constant = true;
   auto visit = [&](PyObject *o) {
-    if (ClassifyOperand(o) < 0) return -1;
-    if (!IsNumber(o)) constant = false;
+    if (ScalarKind(o) < 0) return -1;
+    if (!IsModelNumber(o)) constant = false;
     if (IsNode(o, op)) {  // and(a, and(b, c)) is and(a, b, c)
       PyObject *inner = NodeArgs(o);
       for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(inner); ++i)

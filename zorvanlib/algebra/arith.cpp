@@ -409,16 +409,7 @@ PyObject *SwapVector(Op op, PyObject *self, PyObject *vec) {
       return r;
     }
     case Op::Multiply: return PyNumber_Multiply(vec, self);
-    case Op::Divide: {
-      PyObject *one = Float(1.0);
-      if (!one) return nullptr;
-      PyObject *inv = PyNumber_TrueDivide(one, vec);
-      Py_DECREF(one);
-      if (!inv) return nullptr;
-      PyObject *r = PyNumber_Multiply(inv, self);
-      Py_DECREF(inv);
-      return r;
-    }
+    case Op::Divide: return DivideByVector(self, vec);
     case Op::Power:
       return ModelErrorText("Cannot obtain a power with a vector as an exponent");
   }

@@ -13,6 +13,10 @@ int NpConstraintTypeNum = -1;
 
 bool IsNumpyArray(PyObject *o) { return PyArray_API && PyArray_Check(o); }
 
+bool IsNumpySignedInteger(PyObject *o) {
+  return PyArray_API && PyArray_IsScalar(o, SignedInteger);
+}
+
 bool IsNumpyNumber(PyObject *o) {
   return PyArray_API && (PyArray_IsScalar(o, SignedInteger) || PyArray_IsScalar(o, Floating));
 }

@@ -23,7 +23,11 @@ int BindNumpy();
 
 // A NumPy array (or a subtype).
 bool IsNumpyArray(PyObject *o);
-// A NumPy scalar of a signed integer or floating type.
+// The NumPy scalar rules of the whole module: a signed integer scalar
+// (byte, short, int, long, long long) counts as an integer, and a signed
+// integer or floating scalar (half, float, double) as a number. Unsigned
+// scalars are neither.
+bool IsNumpySignedInteger(PyObject *o);
 bool IsNumpyNumber(PyObject *o);
 // An operand that NumPy or the interpreter must handle element by element:
 // an array or any other sequence (strings excepted).

@@ -12,13 +12,16 @@
 namespace zrv {
 
 // Calls f(args...) with the interpreter lock released and returns what it
-// returns (the engine's status). Nothing inside may touch Python objects.
+// returns: an engine function with its arguments, or a lambda that makes
+// several engine calls which belong together. Nothing inside may touch
+// Python objects.
 template <class F, class... Args>
 auto CallUnlocked(F f, Args... args) -> decltype(f(args...)) {
-  PyThreadState *state = PyEval_SaveThread();
-  auto status = f(args...);
-  PyEval_RestoreThread(state);
-  return status;
+  struct Relock {
+    PyThreadState *state;
+    ~Relock() { PyEval_RestoreThread(state); }
+  } relock{PyEval_SaveThread()};
+  return f(args...);
 }
 
 // The same for a call whose failure is reported at once: 0, or -1 with the

@@ -47,7 +47,8 @@ PyObject *ReportError(PyObject *obj, PyObject *result) {
   if (!obj) {
     int code = 0;
     std::string text = GlobalLastError(&code);
-    if (code == 0 && text.empty()) text = "Unidentified error associated with the global environment";
+    if (code == 0 && text.empty())
+      text = "Unidentified error associated with the global environment";
     SetErrorFromEngine(InterfaceError, text.c_str());
     return nullptr;
   }

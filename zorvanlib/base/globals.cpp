@@ -1,3 +1,5 @@
+// The module's process-wide state: locks, serial counters, property maps,
+// exceptions, tables of controls and the environment bookkeeping.
 #include "base/globals.h"
 
 namespace zrv {
@@ -14,6 +16,21 @@ std::mutex OutputLock;
 uint64_t varCounter = 1;
 uint64_t conCounter = 1;
 uint64_t sosCounter = 1;
+
+void ResetSerialCounters() {
+  {
+    std::lock_guard<std::mutex> lock(VarCounterLock);
+    varCounter = 1;
+  }
+  {
+    std::lock_guard<std::mutex> lock(ConstraintCounterLock);
+    conCounter = 1;
+  }
+  {
+    std::lock_guard<std::mutex> lock(SosCounterLock);
+    sosCounter = 1;
+  }
+}
 
 uint64_t NextVarId() {
   std::lock_guard<std::mutex> lock(VarCounterLock);

@@ -47,6 +47,8 @@ class GilSafeLock {
 extern uint64_t varCounter;
 extern uint64_t conCounter;
 extern uint64_t sosCounter;
+// Numbering starts at 1 again (module start-up).
+void ResetSerialCounters();
 uint64_t NextVarId();
 uint64_t NextConId();
 uint64_t NextSosId();

@@ -1,3 +1,5 @@
+// The opaque handle types zrvsobject and generic: objects that carry an
+// engine pointer to Python callbacks and back, with no behaviour of their own.
 #include "base/handles.h"
 
 #include "base/help.h"

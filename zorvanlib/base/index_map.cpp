@@ -7,12 +7,12 @@
 
 namespace zrv {
 
-int32_t IndexMap::FindOverflow(uint64_t id) const {
+int32_t IndexTable::FindOverflow(uint64_t id) const {
   auto it = overflow_.find(id);
   return it == overflow_.end() ? kAbsent : it->second;
 }
 
-bool IndexMap::Insert(uint64_t id, int32_t pos) {
+bool IndexTable::Insert(uint64_t id, int32_t pos) {
   uint64_t k = id - base_;
   if (k < table_.size()) {
     if (table_[k] != kAbsent) return false;
@@ -31,7 +31,7 @@ bool IndexMap::Insert(uint64_t id, int32_t pos) {
   return true;
 }
 
-void IndexMap::Set(uint64_t id, int32_t pos) {
+void IndexTable::Set(uint64_t id, int32_t pos) {
   uint64_t k = id - base_;
   if (k < table_.size()) {
     count_ += table_[k] == kAbsent;
@@ -45,7 +45,7 @@ void IndexMap::Set(uint64_t id, int32_t pos) {
     Insert(id, pos);
 }
 
-void IndexMap::Erase(uint64_t id) {
+void IndexTable::Erase(uint64_t id) {
   uint64_t k = id - base_;
   if (k < table_.size()) {
     if (table_[k] != kAbsent) table_[k] = kAbsent, --count_;
@@ -54,7 +54,7 @@ void IndexMap::Erase(uint64_t id) {
   overflow_.erase(id);
 }
 
-bool IndexMap::Cover(uint64_t first, uint64_t last, size_t entries) {
+bool IndexTable::Cover(uint64_t first, uint64_t last, size_t entries) {
   const uint64_t old_span = table_.size();
   const uint64_t old_last = base_ + old_span - 1;
   uint64_t lo = old_span ? std::min(base_, first) : first;
@@ -91,7 +91,7 @@ bool IndexMap::Cover(uint64_t first, uint64_t last, size_t entries) {
   return true;
 }
 
-void IndexMap::Rebalance() {
+void IndexTable::Rebalance() {
   std::vector<std::pair<uint64_t, int32_t>> all;
   all.reserve(size());
   ForEach([&](uint64_t id, int32_t &pos) { all.emplace_back(id, pos); });

@@ -1,3 +1,4 @@
+// Engine messages written to Python's standard output, from any thread.
 #include "base/output.h"
 
 #include <cstring>

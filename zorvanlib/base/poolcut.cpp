@@ -1,3 +1,4 @@
+// The `poolcut` type: the handle of a cut in the engine's cut pool.
 #include "base/poolcut.h"
 
 #include "base/help.h"

@@ -15,6 +15,11 @@ inline void InitType(PyTypeObject &t, const char *name, Py_ssize_t size) {
   t.tp_flags = Py_TPFLAGS_DEFAULT;
 }
 
+// A keyword method as the PyCFunction a method table holds.
+inline PyCFunction WithKeywords(PyCFunctionWithKeywords f) {
+  return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)(void)>(f));
+}
+
 extern PyTypeObject VarType;
 extern PyTypeObject SosType;
 extern PyTypeObject ExpressionType;

@@ -1,3 +1,5 @@
+// The `branchobj` type: a user branching object (not available yet: its
+// constructor says so), and how its errors are reported.
 #include "bindings/branchobj.h"
 
 #include "base/errors.h"

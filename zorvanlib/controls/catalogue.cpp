@@ -4,6 +4,7 @@
 #include <string>
 
 #include "controls/catalogue.h"
+#include "controls/accessors.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "controls/control.h"
@@ -22,33 +23,9 @@ std::string Lower(const char *name) {
 
 // Reads a control's value from the temporary problems; null when it fails.
 PyObject *ReadDefault(ZRVSprob prob, ZSLPprob slp, int id, int kind, int source) {
-  if (source == kMain) {
-    if (kind == kInt) {
-      int64_t v;
-      return ZRVSgetintcontrol64(prob, id, &v) == 0 ? PyLong_FromLongLong(v) : nullptr;
-    }
-    if (kind == kReal) {
-      double v;
-      return ZRVSgetdblcontrol(prob, id, &v) == 0 ? PyFloat_FromDouble(v) : nullptr;
-    }
-    char buf[ZRVS_MAXSTRINGLENGTH] = {0};
-    if (ZRVSgetstrcontrol(prob, id, buf) != 0) return nullptr;
-    buf[sizeof buf - 1] = '\0';
-    return PyUnicode_FromString(buf);
-  }
-  if (!slp) return nullptr;
-  if (kind == kInt) {
-    int v;
-    return ZSLPgetintcontrol(slp, id, &v) == 0 ? PyLong_FromLong(v) : nullptr;
-  }
-  if (kind == kReal) {
-    double v;
-    return ZSLPgetdblcontrol(slp, id, &v) == 0 ? PyFloat_FromDouble(v) : nullptr;
-  }
-  char buf[ZRVS_MAXSTRINGLENGTH] = {0};
-  if (ZSLPgetstrcontrol(slp, id, buf) != 0) return nullptr;
-  buf[sizeof buf - 1] = '\0';
-  return PyUnicode_FromString(buf);
+  if (source != kMain && !slp) return nullptr;
+  ControlValue v;
+  return GetControl(prob, slp, source, kind, id, v) == 0 ? ControlValueObject(kind, v) : nullptr;
 }
 
 // Stores one entry. Returns 0, or -1 with a Python error.

@@ -48,6 +48,10 @@ PyObject *NewObjAttribView(ProblemHandles *p);
 // Cuts a view loose from its problem (the problem is being released).
 void DetachView(PyObject *view);
 
+// The characters of a name given as str (UTF-8) or bytes: 1, 0 when name is
+// neither (nothing raised), -1 with an error.
+int NameText(PyObject *name, const char **text, Py_ssize_t *size);
+
 // Name normalisation: str or bytes, at most 1024 characters, all lower or all
 // upper case (folded to lower). Returns 0, -1 with ModelError set, or -2 when
 // the name is not text (nothing raised).

@@ -10,11 +10,6 @@ PyObject *ProblemGetControl(PyObject *self, PyObject *args, PyObject *kwds);
 PyObject *ProblemSetControl(PyObject *self, PyObject *args, PyObject *kwds);
 PyObject *ProblemGetAttrib(PyObject *self, PyObject *args, PyObject *kwds);
 
-// A keyword method as the PyCFunction a method table holds.
-inline PyCFunction WithKeywords(PyCFunctionWithKeywords f) {
-  return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)(void)>(f));
-}
-
 extern const char GetControlDoc[];
 extern const char SetControlDoc[];
 extern const char GetAttribDoc[];

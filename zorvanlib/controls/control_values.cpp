@@ -1,10 +1,13 @@
 // Reading and setting single controls and attributes of a problem.
+#include <functional>
 #include <string>
 
 #include "base/engine_call.h"
+#include "base/enums.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/text.h"
+#include "controls/accessors.h"
 #include "controls/control.h"
 #include "zorvan/zslp.h"
 
@@ -22,9 +25,7 @@ int KindOfIdentifier(int id, int &kind) {
   const int *ids = nullptr;
   const int *flags = nullptr;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetcalist_d(&ids, &flags);
-  Py_END_ALLOW_THREADS
+  rc = CallUnlocked(ZRVSgetcalist_d, &ids, &flags);
   if (rc != 0 || !ids || !flags) {
     PyErr_SetString(ModelError, "Internal error: failed to get control list");
     return -1;
@@ -78,59 +79,29 @@ int SetControlValue(ProblemHandles *p, int id, int kind, int source, PyObject *v
                     "Nonlinear controls need the nonlinear library, which is not started");
     return -1;
   }
-  int rc = 0;
+  ControlValue v;
   if (kind == kInt) {
-    long long v = 0;
     PyObject *index = PyNumber_Index(value);
     if (!index) return -1;
-    v = PyLong_AsLongLong(index);
+    long long i = PyLong_AsLongLong(index);
     Py_DECREF(index);
-    if (v == -1 && PyErr_Occurred()) return -1;
-    if (source != kMain && (v < INT32_MIN || v > INT32_MAX)) {
+    if (i == -1 && PyErr_Occurred()) return -1;
+    if (source != kMain && (i < INT32_MIN || i > INT32_MAX)) {
       PyErr_SetString(ModelError, "Integer control value out of range");
       return -1;
     }
-    Py_BEGIN_ALLOW_THREADS
-    rc = source == kMain ? ZRVSsetintcontrol64(prob, id, v)
-                         : ZSLPsetintcontrol(slp, id, static_cast<int>(v));
-    Py_END_ALLOW_THREADS
+    v.i = i;
   } else if (kind == kReal) {
-    double v = PyFloat_AsDouble(value);
-    if (v == -1.0 && PyErr_Occurred()) return -1;
-    Py_BEGIN_ALLOW_THREADS
-    rc = source == kMain ? ZRVSsetdblcontrol(prob, id, v) : ZSLPsetdblcontrol(slp, id, v);
-    Py_END_ALLOW_THREADS
+    v.d = PyFloat_AsDouble(value);
+    if (v.d == -1.0 && PyErr_Occurred()) return -1;
   } else {
-    const char *text = PyUnicode_AsUTF8(value);
-    if (!text) return -1;
     // The text belongs to value, which the caller keeps alive.
-    Py_BEGIN_ALLOW_THREADS
-    rc = source == kMain ? ZRVSsetstrcontrol(prob, id, text) : ZSLPsetstrcontrol(slp, id, text);
-    Py_END_ALLOW_THREADS
+    v.text = PyUnicode_AsUTF8(value);
+    if (!v.text) return -1;
   }
+  int rc = CallUnlocked(SetControl, prob, slp, source, kind, id, std::cref(v));
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
-
-namespace {
-
-// Calls the class of zorvan.enums named cls with the integer.
-PyObject *EnumValue(const char *cls, long long v) {
-  PyObject *enums = PyImport_ImportModule("zorvan.enums");
-  if (!enums) return nullptr;
-  PyObject *type = PyObject_GetAttrString(enums, cls);
-  Py_DECREF(enums);
-  if (!type) return nullptr;
-  PyObject *result = nullptr;
-  if (!PyCallable_Check(type)) {
-    PyErr_Format(PyExc_TypeError, "zorvan.enums.%s is not callable", cls);
-  } else {
-    result = PyObject_CallFunction(type, "L", v);
-  }
-  Py_DECREF(type);
-  return result;
-}
-
-}  // namespace
 
 PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_control,
                     int index) {
@@ -142,57 +113,59 @@ PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_con
                     "Nonlinear controls need the nonlinear library, which is not started");
     return nullptr;
   }
+  if (is_control) {
+    ControlValue v;
+    if (CallUnlocked(GetControl, prob, slp, source, kind, id, std::ref(v)) != 0)
+      return ReportError(self, nullptr);
+    return ControlValueObject(kind, v);
+  }
+  // Attributes: of the last solve, or of one objective (index >= 0).
   int rc = 0;
   if (kind == kInt) {
     long long v = 0;
     if (source == kMain) {
       int64_t v64 = 0;
-      Py_BEGIN_ALLOW_THREADS
-      rc = is_control   ? ZRVSgetintcontrol64(prob, id, &v64)
-           : index >= 0 ? ZRVSgetobjintattrib64(prob, index, id, &v64)
+      CallUnlocked([&] {
+        rc = index >= 0 ? ZRVSgetobjintattrib64(prob, index, id, &v64)
                         : ZRVSgetintattrib64(prob, id, &v64);
-      Py_END_ALLOW_THREADS
+      });
       v = v64;
     } else {
       int v32 = 0;
-      Py_BEGIN_ALLOW_THREADS
-      rc = is_control ? ZSLPgetintcontrol(slp, id, &v32) : ZSLPgetintattrib(slp, id, &v32);
-      Py_END_ALLOW_THREADS
+      CallUnlocked([&] {
+        rc = ZSLPgetintattrib(slp, id, &v32);
+      });
       v = v32;
     }
     if (rc != 0) return ReportError(self, nullptr);
-    if (!is_control && source == kMain && id == ZRVS_SOLSTATUS) return EnumValue("SolStatus", v);
-    if (!is_control && source == kMain && id == ZRVS_SOLVESTATUS)
-      return EnumValue("SolveStatus", v);
+    if (source == kMain && id == ZRVS_SOLSTATUS) return EnumMember(StatusEnum::kSolStatus, v);
+    if (source == kMain && id == ZRVS_SOLVESTATUS) return EnumMember(StatusEnum::kSolveStatus, v);
     return PyLong_FromLongLong(v);
   }
   if (kind == kReal) {
     double v = 0;
-    Py_BEGIN_ALLOW_THREADS
-    if (source == kMain)
-      rc = is_control   ? ZRVSgetdblcontrol(prob, id, &v)
-           : index >= 0 ? ZRVSgetobjdblattrib(prob, index, id, &v)
-                        : ZRVSgetdblattrib(prob, id, &v);
-    else
-      rc = is_control ? ZSLPgetdblcontrol(slp, id, &v) : ZSLPgetdblattrib(slp, id, &v);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      if (source == kMain)
+        rc = index >= 0 ? ZRVSgetobjdblattrib(prob, index, id, &v) : ZRVSgetdblattrib(prob, id, &v);
+      else
+        rc = ZSLPgetdblattrib(slp, id, &v);
+    });
     if (rc != 0) return ReportError(self, nullptr);
     return PyFloat_FromDouble(v);
   }
   if (kind == kString) {
-    if (!is_control && index >= 0) {
+    if (index >= 0) {
       PyErr_SetString(InterfaceError, "Multi-objective string attributes are not supported");
       return nullptr;
     }
     char buf[ZRVS_MAXSTRINGLENGTH] = {0};
     int nbytes = 0;
-    Py_BEGIN_ALLOW_THREADS
-    if (source == kMain)
-      rc = is_control ? ZRVSgetstringcontrol(prob, id, buf, sizeof buf, &nbytes)
-                      : ZRVSgetstringattrib(prob, id, buf, sizeof buf, &nbytes);
-    else
-      rc = is_control ? ZSLPgetstrcontrol(slp, id, buf) : ZSLPgetstrattrib(slp, id, buf);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      if (source == kMain)
+        rc = ZRVSgetstringattrib(prob, id, buf, sizeof buf, &nbytes);
+      else
+        rc = ZSLPgetstrattrib(slp, id, buf);
+    });
     if (rc != 0) return ReportError(self, nullptr);
     buf[sizeof buf - 1] = '\0';
     return TextFromEngine(buf);

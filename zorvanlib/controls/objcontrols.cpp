@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "controls/control.h"
@@ -57,14 +58,9 @@ int ObjControlId(PyObject *key, int &id) {
   }
   const char *text = nullptr;
   Py_ssize_t size = 0;
-  if (PyUnicode_Check(key)) {
-    text = PyUnicode_AsUTF8AndSize(key, &size);
-    if (!text) return -1;
-  } else if (PyBytes_Check(key)) {
-    text = PyBytes_AS_STRING(key);
-    size = PyBytes_GET_SIZE(key);
-  } else {
-    PyErr_SetString(InterfaceError, "Expected a string control name or integer id");
+  int rc = NameText(key, &text, &size);
+  if (rc <= 0) {
+    if (rc == 0) PyErr_SetString(InterfaceError, "Expected a string control name or integer id");
     return -1;
   }
   for (const ObjControl &c : kObjControls) {
@@ -82,16 +78,12 @@ PyObject *GetObjControl(ProblemHandles *p, int objidx, int id) {
   int rc;
   if (id == ZRVS_OBJECTIVE_PRIORITY) {
     int v = 0;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSgetobjintcontrol(prob, objidx, id, &v);
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZRVSgetobjintcontrol, prob, objidx, id, &v);
     if (rc != 0) return ReportError(reinterpret_cast<PyObject *>(p), nullptr);
     return PyLong_FromLong(v);
   }
   double v = 0;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetobjdblcontrol(prob, objidx, id, &v);
-  Py_END_ALLOW_THREADS
+  rc = CallUnlocked(ZRVSgetobjdblcontrol, prob, objidx, id, &v);
   if (rc != 0) return ReportError(reinterpret_cast<PyObject *>(p), nullptr);
   return PyFloat_FromDouble(v);
 }
@@ -111,9 +103,7 @@ int SetObjControl(ProblemHandles *p, int objidx, int id, PyObject *key, PyObject
       PyErr_Format(ModelError, "Control %R: priority %R is out of range", key, value);
       return -1;
     }
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSsetobjintcontrol(prob, objidx, id, static_cast<int>(v));
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZRVSsetobjintcontrol, prob, objidx, id, static_cast<int>(v));
   } else {
     // An int is refused on purpose: these are tolerances and weights.
     if (!PyFloat_Check(value)) {
@@ -122,9 +112,7 @@ int SetObjControl(ProblemHandles *p, int objidx, int id, PyObject *key, PyObject
     }
     double v = PyFloat_AsDouble(value);
     if (v == -1.0 && PyErr_Occurred()) return -1;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSsetobjdblcontrol(prob, objidx, id, v);
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZRVSsetobjdblcontrol, prob, objidx, id, v);
   }
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }

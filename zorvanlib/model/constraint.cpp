@@ -1,3 +1,5 @@
+// The `constraint` type: a body between bounds, its identifier and bound
+// codes in one word, with bounds and name beyond the codes in global maps.
 #include "model/constraint.h"
 
 #include <cstddef>
@@ -6,6 +8,7 @@
 #include "model/expression.h"
 #include "model/operand.h"
 #include "model/var.h"
+#include "model/word_store.h"
 #include "base/arrays.h"
 #include "base/globals.h"
 #include "base/help.h"
@@ -35,38 +38,12 @@ constexpr double kLbUnset = -2e20;
 constexpr double kUbUnset = 2e20;
 constexpr double kRhsUnset = -2e20;
 
-void Store(uint64_t &word, int shift, uint64_t stored, DoubleMap *map, uint64_t code, double v) {
-  word = (word & ~(uint64_t{3} << shift)) | (code << shift);
-  if (code == 3) {
-    if (map) {
-      (*map)[ConId(word)] = v;
-      word |= stored;
-    }
-  } else if (word & stored) {
-    word &= ~stored;
-    if (map) map->erase(ConId(word));
-  }
-}
-
-double Stored(const DoubleMap *map, uint64_t id, double fallback) {
-  if (!map) return fallback;
-  auto it = map->find(id);
-  return it == map->end() ? fallback : it->second;
-}
-
 // Erases the constraint's map entries and clears its flags and codes.
 void ReleaseStore(uint64_t &word) {
   uint64_t id = ConId(word);
   if ((word & kLbStored) && conLbMap) conLbMap->erase(id);
   if ((word & kUbStored) && conUbMap) conUbMap->erase(id);
-  if ((word & kNameStored) && conNameMap) {
-    auto it = conNameMap->find(id);
-    if (it != conNameMap->end()) {
-      PyObject *old = it->second;
-      conNameMap->erase(it);
-      Py_DECREF(old);
-    }
-  }
+  if (word & kNameStored) EraseName(conNameMap, id);
   word = id;
 }
 
@@ -77,13 +54,13 @@ double ConGetLb(uint64_t word) {
     case 0: return -kInfinity;
     case 1: return 0.0;
     case 2: return 1.0;
-    default: return Stored(conLbMap, ConId(word), -kInfinity);
+    default: return StoredBound(conLbMap, ConId(word), -kInfinity);
   }
 }
 
 void ConSetLb(uint64_t &word, double v) {
   uint64_t code = v <= -kInfinity ? 0 : v == 0.0 ? 1 : v == 1.0 ? 2 : 3;
-  Store(word, kLbShift, kLbStored, conLbMap, code, v);
+  StoreBound(word, ConId(word), kLbShift, kLbStored, conLbMap, code, v);
 }
 
 double ConGetUb(uint64_t word) {
@@ -91,39 +68,23 @@ double ConGetUb(uint64_t word) {
     case 0: return kInfinity;
     case 1: return 0.0;
     case 2: return 1.0;
-    default: return Stored(conUbMap, ConId(word), kInfinity);
+    default: return StoredBound(conUbMap, ConId(word), kInfinity);
   }
 }
 
 void ConSetUb(uint64_t &word, double v) {
   uint64_t code = v >= kInfinity ? 0 : v == 0.0 ? 1 : v == 1.0 ? 2 : 3;
-  Store(word, kUbShift, kUbStored, conUbMap, code, v);
+  StoreBound(word, ConId(word), kUbShift, kUbStored, conUbMap, code, v);
 }
 
 PyObject *ConGetName(uint64_t word) {
-  if ((word & kNameStored) && conNameMap) {
-    auto it = conNameMap->find(ConId(word));
-    if (it != conNameMap->end()) {
-      Py_INCREF(it->second);
-      return it->second;
-    }
-  }
+  PyObject *name = (word & kNameStored) ? StoredName(conNameMap, ConId(word)) : nullptr;
+  if (name) return name;
   return PyUnicode_FromFormat("R%d", static_cast<int>(ConId(word)));
 }
 
 void ConSetName(uint64_t &word, PyObject *name) {
-  if (!conNameMap) return;
-  Py_INCREF(name);
-  PyObject *old = nullptr;
-  auto it = conNameMap->find(ConId(word));
-  if (it != conNameMap->end()) {
-    old = it->second;
-    it->second = name;
-  } else {
-    conNameMap->emplace(ConId(word), name);
-  }
-  word |= kNameStored;
-  Py_XDECREF(old);
+  if (StoreName(conNameMap, ConId(word), name)) word |= kNameStored;
 }
 
 // ---------------------------------------------------------------------------

@@ -1,3 +1,5 @@
+// The `expression` type: a constant, a linear part and a quadratic part,
+// with in-place accumulation, scaled copies and printing.
 #include "model/expression.h"
 
 #include <cmath>

@@ -53,7 +53,6 @@ struct ExpressionObject {
   // none; a zero-filled new object holds two empty parts.
   zrv::LinearPart linear;
   zrv::QuadraticPart quadratic;
-  uint64_t reserved;
 };
 
 namespace zrv {

@@ -1,3 +1,4 @@
+// The `linterm` type: a coefficient times a variable.
 #include "model/linterm.h"
 
 #include "model/constraint.h"

@@ -1,3 +1,5 @@
+// The one operand classifier and the number handling of the modelling
+// types' arithmetic.
 #include "model/operand.h"
 
 #include <cstdio>
@@ -54,6 +56,13 @@ PyObject *PlainNumber(PyObject *o) {
   return PyFloat_FromDouble(v);
 }
 
+OperandKind ScalarKind(PyObject *o) {
+  OperandKind k = KindOf(o);
+  if (k >= KindNumber && k <= KindNonlinear) return k;
+  InvalidOperand(o);
+  return KindInvalid;
+}
+
 PyObject *InvalidOperand(PyObject *o) {
   PyErr_Format(ModelError, "Invalid object in operation: <%S>", o);
   return nullptr;
@@ -62,6 +71,17 @@ PyObject *InvalidOperand(PyObject *o) {
 PyObject *ModelErrorText(const char *text) {
   PyErr_SetString(ModelError, text);
   return nullptr;
+}
+
+PyObject *DivideByVector(PyObject *x, PyObject *divisor) {
+  PyObject *one = PyFloat_FromDouble(1.0);
+  if (!one) return nullptr;
+  PyObject *inv = PyNumber_TrueDivide(one, divisor);
+  Py_DECREF(one);
+  if (!inv) return nullptr;
+  PyObject *r = PyNumber_Multiply(inv, x);
+  Py_DECREF(inv);
+  return r;
 }
 
 void FormatDouble(char *out, const char *fmt, double v) { std::snprintf(out, 512, fmt, v); }

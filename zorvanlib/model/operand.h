@@ -10,7 +10,7 @@
 
 namespace zrv {
 
-// Operand kinds; the values 0 to 5 are those of the nonlinear classifier.
+// Operand kinds: 0 to 5 are the scalar operands a nonlinear node may hold.
 enum OperandKind : int {
   KindInvalid = -1,
   KindNumber = 0,
@@ -25,7 +25,13 @@ enum OperandKind : int {
 // The kind of o; never sets an exception.
 OperandKind KindOf(PyObject *o);
 
+// A number: a Python int (bool included) or float, or a NumPy signed
+// integer or floating scalar.
 inline bool IsModelNumber(PyObject *o) { return KindOf(o) == KindNumber; }
+
+// The kind of a scalar operand (number to nonlinear), or KindInvalid with
+// ModelError "Invalid object in operation: <...>" set.
+OperandKind ScalarKind(PyObject *o);
 
 // The value of a number operand; -1.0 with an exception set on failure
 // (an int too large for a double).
@@ -42,6 +48,10 @@ PyObject *PlainNumber(PyObject *o);
 // Operand kind names for building errors.
 PyObject *InvalidOperand(PyObject *o);  // "Invalid object in operation: <%S>"
 PyObject *ModelErrorText(const char *text);
+
+// x divided by a vector operand: (1 / divisor) * x, so that the vector's
+// own (element-wise) arithmetic does the work. New reference or null.
+PyObject *DivideByVector(PyObject *x, PyObject *divisor);
 
 // Formats a double with a printf format into out (512 bytes).
 void FormatDouble(char *out, const char *fmt, double v);

@@ -1,3 +1,4 @@
+// The `quadterm` type: a coefficient times the product of two variables.
 #include "model/quadterm.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// The `sos` type: a special ordered set of variables with weights.
 #include "model/sos.h"
 
 #include <cstddef>

@@ -4,6 +4,7 @@
 #include "aggregate/aggregate.h"
 #include "algebra/arith.h"
 #include "module/constants.h"
+#include "base/enums.h"
 #include "base/environment.h"
 #include "base/errors.h"
 #include "module/functions.h"
@@ -14,6 +15,7 @@
 #include "numpy/bridge.h"
 #include "controls/catalogue.h"
 #include "controls/control.h"
+#include "problem/method_table.h"
 #include "problem/problem.h"
 
 namespace zrv {
@@ -52,6 +54,7 @@ void ReleaseTables() {
 
 void ModuleFree(void *) {
   ReleaseTables();
+  ReleaseEnums();
   FreeMaps();
   StopEnvironment(false);
   Py_CLEAR(ModelError);
@@ -89,6 +92,7 @@ PyObject *Initialise() {
                           &BranchObjType, &PoolCutType, &ZrvsObjectType, &GenericType,
                           &LinTermType, &QuadTermType})
     t->tp_new = PyType_GenericNew;
+  if (BuildProblemMethods() < 0) return nullptr;
   for (PyTypeObject *t : AllTypes)
     if (PyType_Ready(t) < 0) return nullptr;
   PyObject *module = PyModule_Create2(&ModuleDef, 1013);
@@ -137,8 +141,9 @@ PyObject *Initialise() {
        PyModule_AddObjectRef(module, "SolverError", SolverError) == 0;
   // NumPy: its interfaces, then the module's data types and their loops.
   ok = ok && BindNumpy() == 0 && RegisterNumpyTypes() == 0 && RegisterNumpyLoops() == 0;
-  // Constants (which also reset the serial counters) and module functions.
+  // Constants, fresh serial counters and module functions.
   ok = ok && PublishConstants(module) == 0;
+  if (ok) ResetSerialCounters();
   ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0 &&
        PyModule_AddFunctions(module, AggregateFunctions) == 0 &&
        PyModule_AddFunctions(module, VarsFunctions) == 0;

@@ -71,7 +71,7 @@ int NodeValue(PyObject *node, const EvalPoint &pt, int depth, double *out);
 
 // The value of a number, modelling object or nonlinear node.
 int Value(PyObject *o, const EvalPoint &pt, int depth, double *out) {
-  if (IsNumber(o)) {
+  if (IsModelNumber(o)) {
     double v = PyFloat_AsDouble(o);
     if (v == -1.0 && PyErr_Occurred()) return -1;
     *out = v;
@@ -325,7 +325,7 @@ int NodeValue(PyObject *node, const EvalPoint &pt, int depth, double *out) {
 
 bool IsModelObject(PyObject *o) {
   PyTypeObject *t = Py_TYPE(o);
-  return IsNumber(o) || t == &VarType || t == &LinTermType || t == &QuadTermType ||
+  return IsModelNumber(o) || t == &VarType || t == &LinTermType || t == &QuadTermType ||
          PyObject_TypeCheck(o, &ExpressionType) || IsNonlinear(o);
 }
 
@@ -341,7 +341,7 @@ PyObject *EvaluateArray(PyObject *o, const EvalPoint &pt) {
   for (Py_ssize_t i = 0; i < n; ++i) {
     double v;
     PyObject *f = nullptr;
-    if (Value(PyList_GET_ITEM(items, i), pt, kDepthBudget, &v) < 0 ||
+    if (Value(PyList_GET_ITEM(items, i), pt, kTreeDepth, &v) < 0 ||
         !(f = PyFloat_FromDouble(v))) {
       Py_DECREF(items);
       return nullptr;
@@ -366,7 +366,7 @@ PyObject *Evaluate(PyObject *o, const EvalPoint &pt, int depth) {
   }
   if (IsModelObject(o)) {
     double v;
-    if (Value(o, pt, kDepthBudget, &v) < 0) return nullptr;
+    if (Value(o, pt, kTreeDepth, &v) < 0) return nullptr;
     return PyFloat_FromDouble(v);
   }
   if (PyTuple_Check(o) || PyList_Check(o)) {
@@ -408,17 +408,17 @@ PyObject *Evaluate(PyObject *o, const EvalPoint &pt, int depth) {
 }  // namespace
 
 int EvaluateValue(PyObject *o, const EvalPoint &point, double *out) {
-  return Value(o, point, kDepthBudget, out);
+  return Value(o, point, kTreeDepth, out);
 }
 
 PyObject *EvaluateObject(PyObject *o, const EvalPoint &point) {
-  return Evaluate(o, point, kDepthBudget);
+  return Evaluate(o, point, kTreeDepth);
 }
 
 PyObject *EvaluateArguments(PyObject *args, const EvalPoint &point) {
   Py_ssize_t n = PyTuple_GET_SIZE(args);
-  if (n == 1) return Evaluate(PyTuple_GET_ITEM(args, 0), point, kDepthBudget);
-  return Evaluate(args, point, kDepthBudget + 1);  // the argument tuple is no nesting level
+  if (n == 1) return Evaluate(PyTuple_GET_ITEM(args, 0), point, kTreeDepth);
+  return Evaluate(args, point, kTreeDepth + 1);  // the argument tuple is no nesting level
 }
 
 }  // namespace zrv

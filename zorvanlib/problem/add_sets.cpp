@@ -93,7 +93,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   SetBatch b;
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), b) < 0) {
-      ForgetTail(p, ObjectKind::Sos, listed);
+      ForgetTail(p, ModelObjectKind::Sos, listed);
       return -1;
     }
   }
@@ -110,19 +110,14 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
       for (int k = 0; k < count; ++k) sets[static_cast<size_t>(k)] = first + k;
       CallUnlocked(ZRVSdelsets, prob, count, static_cast<const int *>(sets.data()));
     }
-    ForgetTail(p, ObjectKind::Sos, listed);
+    ForgetTail(p, ModelObjectKind::Sos, listed);
     return -1;
   }
   return 0;
 }
 
 PyObject *ProblemAddSos(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (CannotChange(p, "addSOS")) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddSosBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, "addSOS", AddSosBatch);
 }
 
 const char AddSosDoc[] = ZRV_HELP(

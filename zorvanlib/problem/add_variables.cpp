@@ -104,7 +104,7 @@ int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
     PyErr_SetString(ModelError, "Variable is not initialized");
     return -1;
   }
-  int type = VarType_(word);
+  int type = VarTypeCode(word);
   if (type < 0 || type > 5) {
     PyErr_SetString(ModelError,
                     "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, "
@@ -163,7 +163,7 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   batch.names.reserve(static_cast<size_t>(n) * 8);
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), batch) < 0) {
-      ForgetTail(p, ObjectKind::Variable, listed);
+      ForgetTail(p, ModelObjectKind::Variable, listed);
       return -1;
     }
   }
@@ -177,19 +177,14 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
       CallUnlocked(ZRVSdelcols, p->prob, static_cast<int>(cols.size()),
                    static_cast<const int *>(cols.data()));
     }
-    ForgetTail(p, ObjectKind::Variable, listed);
+    ForgetTail(p, ModelObjectKind::Variable, listed);
     return -1;
   }
   return 0;
 }
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (CannotChange(p, "addVariable")) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddVariableBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, "addVariable", AddVariableBatch);
 }
 
 const char AddVariableDoc[] = ZRV_HELP(

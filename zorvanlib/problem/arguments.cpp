@@ -1,4 +1,9 @@
+// Converting Python arguments to the engine's native arrays and back, by
+// element codes; keyword parsing with legacy names; the allocator of
+// temporary arrays.
 #include "problem/arguments.h"
+
+#include "base/arrays.h"
 
 #include <climits>
 #include <cmath>
@@ -22,8 +27,6 @@
 namespace zrv {
 
 namespace {
-
-constexpr uint64_t kConIdMask = (uint64_t{1} << 57) - 1;
 
 int Allocate(void *, size_t size, void **out) {
   void *block = std::malloc(size ? size : 1);
@@ -64,20 +67,10 @@ PyObject *NameBytes(PyObject *o) {
   return b;
 }
 
-// Reads an integer attribute of the problem; -1 with an exception on failure.
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  int status = CallUnlocked(ZRVSgetintattrib, p->prob, id, value);
-  if (status != 0) {
-    ReportError(reinterpret_cast<PyObject *>(p), nullptr);
-    return -1;
-  }
-  return 0;
-}
-
 // rows + sparerows: where columns start in the unified numbering.
 int UnifiedOffset(ProblemObject *p, int *offset) {
   int rows = 0, spare = 0;
-  if (IntAttrib(p, ZRVS_ROWS, &rows) < 0 || IntAttrib(p, ZRVS_SPAREROWS, &spare) < 0)
+  if (ReadIntAttrib(p, ZRVS_ROWS, &rows) < 0 || ReadIntAttrib(p, ZRVS_SPAREROWS, &spare) < 0)
     return -1;
   *offset = rows + spare;
   return 0;
@@ -88,17 +81,6 @@ int LookUp(const IndexMap *map, uint64_t key, int32_t *index) {
   if (found == IndexMap::kAbsent) return 0;
   *index = found;
   return 1;
-}
-
-PyObject *NumpySignedInteger() {
-  static PyObject *type = nullptr;  // numpy.signedinteger, once numpy is loaded
-  if (type) return type;
-  PyObject *modules = PySys_GetObject("modules");  // borrowed
-  PyObject *np = modules ? PyDict_GetItemString(modules, "numpy") : nullptr;
-  if (!np) return nullptr;
-  type = PyObject_GetAttrString(np, "signedinteger");
-  if (!type) PyErr_Clear();
-  return type;
 }
 
 }  // namespace
@@ -122,14 +104,7 @@ size_t ElementWidth(int code) {
   return 0;
 }
 
-bool IsIntegerObject(PyObject *o) {
-  if (PyLong_Check(o)) return true;
-  PyObject *signed_integer = NumpySignedInteger();
-  if (!signed_integer) return false;
-  int r = PyObject_IsInstance(o, signed_integer);
-  if (r < 0) PyErr_Clear();
-  return r > 0;
-}
+bool IsIntegerObject(PyObject *o) { return PyLong_Check(o) || IsNumpySignedInteger(o); }
 
 int ParseWithLegacy(PyObject *args, PyObject *kwargs, const char *format,
                     const char *const *keywords, const char *const *legacy, ...) {
@@ -215,7 +190,7 @@ int ObjectToIndex(PyObject *obj, ProblemObject *p, int32_t *index, int code) {
   }
   PyTypeObject *type = Py_TYPE(obj);
   if (type == &VarType && (code == ElemColumn || code == ElemUnified)) {
-    uint64_t id = reinterpret_cast<VarObject *>(obj)->word & kVarIdMask;
+    uint64_t id = VarId(reinterpret_cast<VarObject *>(obj)->word);
     int32_t col;
     if (!LookUp(p->colmap, id, &col)) {
       PyErr_Format(ModelError, "Variable %S not in problem", obj);
@@ -230,7 +205,7 @@ int ObjectToIndex(PyObject *obj, ProblemObject *p, int32_t *index, int code) {
     return 0;
   }
   if (type == &ConstraintType && (code == ElemRow || code == ElemUnified)) {
-    uint64_t id = reinterpret_cast<ConstraintObject *>(obj)->word & kConIdMask;
+    uint64_t id = ConId(reinterpret_cast<ConstraintObject *>(obj)->word);
     if (!LookUp(p->rowmap, id, index)) {
       PyErr_Format(ModelError, "Constraint %S not in problem", obj);
       return -1;

@@ -260,9 +260,6 @@ void Install(ProblemObject *p, Rebuilt &rebuilt) {
   delete std::exchange(p->colmap, rebuilt.colmap.release());
   delete std::exchange(p->rowmap, rebuilt.rowmap.release());
   delete std::exchange(p->setmap, rebuilt.setmap.release());
-  p->userfuncs = nullptr;
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->nl_constraints = 0;
   p->nl_objective = 0;
   // Released last: their destruction may run arbitrary code.

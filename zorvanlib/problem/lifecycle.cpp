@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/output.h"
@@ -30,14 +31,14 @@ void ReleaseProblem(ProblemObject *p) {
   // After the last stop the engine has forgotten its problems; they are
   // released before that stop, so a stopped engine means nothing to destroy.
   if (prob && GetEnvCount() > 0) {
-    Py_BEGIN_ALLOW_THREADS
-    ZRVSremovecbmessage(prob, ProblemMessage, p);
-    if (slp) {
-      ZSLPsetcbmessage(slp, nullptr, nullptr);
-      ZSLPdestroyprob(slp);
-    }
-    ZRVSdestroyprob(prob);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      ZRVSremovecbmessage(prob, ProblemMessage, p);
+      if (slp) {
+        ZSLPsetcbmessage(slp, nullptr, nullptr);
+        ZSLPdestroyprob(slp);
+      }
+      ZRVSdestroyprob(prob);
+    });
   }
   for (PyObject *&slot : p->callbacks) Py_CLEAR(slot);
   DropView(p->controls);
@@ -49,7 +50,6 @@ void ReleaseProblem(ProblemObject *p) {
   delete std::exchange(p->colmap, nullptr);
   delete std::exchange(p->rowmap, nullptr);
   delete std::exchange(p->setmap, nullptr);
-  p->userfuncs = nullptr;
 }
 
 void ReleaseAllProblems() {
@@ -111,7 +111,9 @@ int ApplyUserDefaults(ProblemObject *p) {
 
 void ProblemMessage(ZRVSprob, void *data, const char *msg, int, int msgtype) {
   auto *p = static_cast<ProblemObject *>(data);
-  if (!p || !p->output_enabled) return;
+  // Engine threads call this without the interpreter lock, while a Python
+  // thread may switch the output: the flag is read atomically.
+  if (!p || !__atomic_load_n(&p->output_enabled, __ATOMIC_RELAXED)) return;
   if (msgtype < 1)
     FlushOutput();
   else

@@ -25,11 +25,8 @@ void MoveState(ProblemObject *from, ProblemObject *to) {
   delete std::exchange(to->setmap, std::exchange(from->setmap, nullptr));
   to->prob = std::exchange(from->prob, nullptr);
   to->slpprob = std::exchange(from->slpprob, nullptr);
-  to->formula_state = from->formula_state;
   to->nl_constraints = from->nl_constraints;
   to->nl_objective = from->nl_objective;
-  to->userfuncs = std::exchange(from->userfuncs, nullptr);
-  to->obj_transfer_index = from->obj_transfer_index;
 }
 
 // Releases state moved out of a problem. The views still point at the

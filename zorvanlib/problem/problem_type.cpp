@@ -1,5 +1,5 @@
 // The `problem` type: allocation, destruction and the lifecycle methods.
-#include "problem/readback.h"
+#include "base/engine_call.h"
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
@@ -8,7 +8,9 @@
 #include "controls/control.h"
 #include "controls/control_methods.h"
 #include "problem/files.h"
+#include "problem/method_table.h"
 #include "problem/problem.h"
+#include "problem/readback.h"
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
@@ -83,25 +85,14 @@ void ProblemDealloc(PyObject *self) {
   Py_XDECREF(module);
 }
 
-ProblemObject *Checked(PyObject *self) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  return NotInitialized(p) ? nullptr : p;
-}
-
 PyObject *ProblemName(PyObject *self, PyObject *) {
   ProblemObject *p = Checked(self);
   if (!p) return nullptr;
-  ZRVSprob prob = p->prob;
-  int length = 0, rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, ZRVS_PROBNAMELENGTH, &length);
-  Py_END_ALLOW_THREADS
-  if (rc != 0 || length < 0) return ReportError(self, nullptr);
+  int length = 0;
+  if (ReadIntAttrib(p, ZRVS_PROBNAMELENGTH, &length) < 0) return nullptr;
+  if (length < 0) return ReportError(self, nullptr);
   std::string buffer(static_cast<size_t>(length) + 1, '\0');
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetprobname(prob, &buffer[0]);
-  Py_END_ALLOW_THREADS
-  if (rc != 0) return ReportError(self, nullptr);
+  if (CallEngine(self, ZRVSgetprobname, p->prob, &buffer[0]) < 0) return nullptr;
   return ReportError(self, TextFromEngine(buffer.c_str()));
 }
 
@@ -147,7 +138,7 @@ PyObject *ProblemSetOutputEnabled(PyObject *self, PyObject *arg) {
   }
   int truth = PyObject_IsTrue(arg);
   if (truth < 0) return nullptr;
-  p->output_enabled = truth;
+  __atomic_store_n(&p->output_enabled, truth, __ATOMIC_RELAXED);  // read by engine threads
   Py_RETURN_NONE;
 }
 
@@ -246,14 +237,14 @@ void RaiseProblemError(PyObject *self) {
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
   if (prob) {
-    Py_BEGIN_ALLOW_THREADS
-    if (ZRVSgetlasterror(prob, msg) != 0) msg[0] = '\0';
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      if (ZRVSgetlasterror(prob, msg) != 0) msg[0] = '\0';
+    });
     msg[sizeof msg - 1] = '\0';
     if (!msg[0] && slp && GetSlpStarted() != 0) {
-      Py_BEGIN_ALLOW_THREADS
-      if (ZSLPgetlasterror(slp, &code, msg) != 0) code = 0, msg[0] = '\0';
-      Py_END_ALLOW_THREADS
+      CallUnlocked([&] {
+        if (ZSLPgetlasterror(slp, &code, msg) != 0) code = 0, msg[0] = '\0';
+      });
       msg[sizeof msg - 1] = '\0';
     }
   }
@@ -290,8 +281,6 @@ PyObject *NewProblemObject(PyTypeObject *type) {
   PyObject *self = type->tp_alloc(type, 0);
   if (!self) return nullptr;
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->output_enabled = 1;
   p->module = Py_XNewRef(Module);
   Link(p);
@@ -308,7 +297,8 @@ void SetupProblemType() {
   t.tp_traverse = ProblemTraverse;
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
-  t.tp_methods = WithReadBackMethods(ProblemMethods);
+  AddProblemMethods(ProblemMethods);
+  AddProblemMethods(ReadBackMethods);
   RegisterErrorSource(&t, RaiseProblemError);
   t.tp_getset = ProblemGetSet;
   t.tp_doc = ZRV_HELP(

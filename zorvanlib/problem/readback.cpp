@@ -1,7 +1,12 @@
+// Problem methods that read the model back from the engine, one engine
+// function each (bounds, types, right-hand sides, names, the matrix,
+// indicators, quadratic row parts); results fill lists the caller passes.
 #include "problem/readback.h"
 
 #include <cstdint>
 #include <vector>
+
+#include "base/types.h"
 
 #include "problem/arguments.h"
 #include "base/errors.h"
@@ -15,14 +20,9 @@ namespace zrv {
 
 namespace {
 
-ProblemObject *Checked(PyObject *self) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  return NotInitialized(p) ? nullptr : p;
-}
-
+// The number of columns or rows.
 int Count(ProblemObject *p, bool columns, int *n) {
-  int rc = CallUnlocked(ZRVSgetintattrib, p->prob, columns ? ZRVS_ORIGINALCOLS : ZRVS_ORIGINALROWS, n);
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
+  return ReadIntAttrib(p, columns ? ZRVS_ORIGINALCOLS : ZRVS_ORIGINALROWS, n);
 }
 
 // first and last as row or column indices; absent ones span the whole model.
@@ -124,8 +124,7 @@ PyObject *GetNames(PyObject *self, PyObject *args, PyObject *kwds) {
   int first = 0, last = -1;
   if (type == 3) {
     int sets = 0;
-    if (CallUnlocked(ZRVSgetintattrib, p->prob, ZRVS_ORIGINALSETS, &sets) != 0)
-      return ReportError(self, nullptr);
+    if (ReadIntAttrib(p, ZRVS_ORIGINALSETS, &sets) < 0) return nullptr;
     last = sets - 1;
     int32_t i;
     if (first_obj && first_obj != Py_None) {
@@ -305,8 +304,6 @@ PyObject *GetQRowTriplets(PyObject *self, PyObject *args, PyObject *kwds) {
 
 }  // namespace
 
-namespace {
-
 PyMethodDef ReadBackMethods[] = {
     {"getlb", WithKeywords(GetLb),
      METH_VARARGS | METH_KEYWORDS,
@@ -391,16 +388,5 @@ PyMethodDef ReadBackMethods[] = {
               "problem.addConstraint")},
     {nullptr, nullptr, 0, nullptr},
 };
-
-}  // namespace
-
-PyMethodDef *WithReadBackMethods(const PyMethodDef *base) {
-  static std::vector<PyMethodDef> table;
-  table.clear();
-  for (const PyMethodDef *m = base; m->ml_name; ++m) table.push_back(*m);
-  for (const PyMethodDef *m = ReadBackMethods; m->ml_name; ++m) table.push_back(*m);
-  table.push_back({nullptr, nullptr, 0, nullptr});
-  return table.data();
-}
 
 }  // namespace zrv

@@ -8,8 +8,7 @@
 
 namespace zrv {
 
-// A method table holding the entries of `base` followed by these methods
-// (kept for the life of the module).
-PyMethodDef *WithReadBackMethods(const PyMethodDef *base);
+// The group of read-back methods (null-terminated).
+extern PyMethodDef ReadBackMethods[];
 
 }  // namespace zrv

@@ -6,6 +6,7 @@
 #include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/var.h"
+#include "base/limits.h"
 #include "base/containers.h"
 #include "base/errors.h"
 #include "base/globals.h"
@@ -18,21 +19,9 @@ namespace zrv {
 
 namespace {
 
-// Nested sequences of positions are followed this deep.
-constexpr int kWalkDepth = 32;
-
 enum Vector { kPrimal, kSlack, kDual, kRCost };
 
 bool RowVector(Vector v) { return v == kSlack || v == kDual; }
-
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  ZRVSprob prob = p->prob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, id, value);
-  Py_END_ALLOW_THREADS
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
-}
 
 int NonlinearNotAvailable() {
   PyErr_SetString(ModelError, "Solutions of nonlinear problems are not available yet");
@@ -63,7 +52,7 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   if (UsesNonlinearSolution(p, &nonlinear) < 0) return -1;
   if (nonlinear) return NonlinearNotAvailable();
   int n = 0;
-  if (IntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
+  if (ReadIntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
   if (ProblemIsMip(p, &mip) < 0) return -1;
   if (mip && which == kDual) {
     PyErr_SetString(SolverError, "Cannot retrieve dual variables in a MIP");
@@ -80,22 +69,22 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   double *buffer = out.empty() ? &scratch : out.data();
   ZRVSprob prob = p->prob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  if (mip) {
-    rc = ZRVSgetmipsol(prob, which == kPrimal ? buffer : nullptr,
-                       which == kSlack ? buffer : nullptr);
-  } else {
-    rc = ZRVSgetlpsol(prob, which == kPrimal ? buffer : nullptr,
-                      which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
-                      which == kRCost ? buffer : nullptr);
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    if (mip) {
+      rc = ZRVSgetmipsol(prob, which == kPrimal ? buffer : nullptr,
+                         which == kSlack ? buffer : nullptr);
+    } else {
+      rc = ZRVSgetlpsol(prob, which == kPrimal ? buffer : nullptr,
+                        which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
+                        which == kRCost ? buffer : nullptr);
+    }
+  });
   if (rc == 0) return 0;
   // The engine keeps no solution vectors for a problem without columns or
   // rows; an empty vector is all there is to give when the solve succeeded.
   if (out.empty()) {
     int status = 0;
-    if (IntAttrib(p, mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, &status) < 0) return -1;
+    if (ReadIntAttrib(p, mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, &status) < 0) return -1;
     if (mip ? status == ZRVS_MIP_SOLUTION || status == ZRVS_MIP_OPTIMAL
             : status == ZRVS_LP_OPTIMAL)
       return 0;
@@ -198,10 +187,10 @@ PyObject *Getter(PyObject *self, PyObject *args, Vector which) {
   if (Fetch(p, which, v) < 0) return nullptr;
   const Py_ssize_t n = PyTuple_GET_SIZE(args);
   if (n == 0) return AllValues(v);
-  if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kWalkDepth);
+  if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kArgumentNesting);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;
-  PyObject *result = Walk(p, list, which, v, kWalkDepth);
+  PyObject *result = Walk(p, list, which, v, kArgumentNesting);
   Py_DECREF(list);
   return result;
 }
@@ -213,7 +202,7 @@ int ProblemIsMip(ProblemObject *p, bool *mip) {
   *mip = false;
   for (int id : kIds) {
     int n = 0;
-    if (IntAttrib(p, id, &n) < 0) return -1;
+    if (ReadIntAttrib(p, id, &n) < 0) return -1;
     if (n != 0) *mip = true;
   }
   return 0;
@@ -228,9 +217,7 @@ int UsesNonlinearSolution(ProblemObject *p, bool *yes) {
     return 0;
   }
   int status = 0, rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZSLPgetintattrib(slp, ZSLP_NLPSTATUS, &status);
-  Py_END_ALLOW_THREADS
+  rc = CallUnlocked(ZSLPgetintattrib, slp, ZSLP_NLPSTATUS, &status);
   if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
   *yes = status >= 1 && status <= 6;
   return 0;

@@ -6,6 +6,7 @@
 #include "core/features.h"
 #include "core/messages.h"
 #include "core/registry.h"
+#include "interfaces/highs_c_api.h"
 
 using namespace zorvan;
 
@@ -38,7 +39,9 @@ int ZRVSgetversionnumbers(int *major, int *minor, int *build) {
 int ZRVSgetbanner(char *banner) {
   return global_call([&] {
     require(banner, "the banner buffer", "ZRVSgetbanner");
-    copy_text(banner_text(), banner, ZRVS_MAXBANNERLENGTH);
+    std::string text =
+        std::string("Zorvan Optimizer v") + version_text() + " (HiGHS " + Highs_version() + ")";
+    copy_text(text, banner, ZRVS_MAXBANNERLENGTH);
   });
 }
 

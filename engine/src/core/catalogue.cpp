@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "core/arguments.h"
 #include "core/errors.h"
 #include "zorvan/zrvs.h"
 
@@ -127,7 +128,7 @@ void ControlValues::set_dbl(int id, double value, const char *who) {
 
 void ControlValues::set_str(int id, const char *value, const char *who) {
   int i = control_index(id, ValueType::string, who);
-  if (!value) fail(ZRVS_ERR_ARGUMENT, "%s: the value is NULL", who);
+  require(value, "the value", who);
   std::string text(value);
   if (text.size() >= ZRVS_MAXSTRINGLENGTH)
     fail(ZRVS_ERR_ARGUMENT, "%s: the value of control %s is longer than %d bytes", who,

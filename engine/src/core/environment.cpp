@@ -10,7 +10,6 @@
 #include "core/entry.h"
 #include "core/errors.h"
 #include "core/messages.h"
-#include "interfaces/highs_c_api.h"
 #include "zorvan/zrvs.h"
 
 namespace zorvan {
@@ -73,9 +72,5 @@ bool arch_consistency() { return g_arch_consistency.load(); }
 void set_arch_consistency(bool on) { g_arch_consistency = on; }
 
 const char *version_text() { return k_version; }
-
-std::string banner_text() {
-  return std::string("Zorvan Optimizer v") + k_version + " (HiGHS " + Highs_version() + ")";
-}
 
 }  // namespace zorvan

@@ -21,8 +21,7 @@ void set_checked_mode(bool on);
 bool arch_consistency();
 void set_arch_consistency(bool on);
 
-// "major.minor.patch" of this build, and the one-line banner with the HiGHS version.
+// "major.minor.patch" of this build.
 const char *version_text();
-std::string banner_text();
 
 }  // namespace zorvan

@@ -9,7 +9,7 @@
 namespace zorvan {
 
 void check_problem_name(const char *name, const char *who) {
-  if (!name) fail(ZRVS_ERR_ARGUMENT, "%s: the problem name is NULL", who);
+  require(name, "the problem name", who);
   size_t n = std::string(name).size();
   if (n > ZRVS_MAXNAMELENGTH)
     fail(ZRVS_ERR_ARGUMENT, "%s: the problem name is longer than %d characters", who,

@@ -3,23 +3,37 @@
 
 namespace zorvan {
 
+namespace {
+
+// Lines first..last of a compressed structure (line l holds entries
+// starts[l] .. starts[l+1]-1 of index and value): start_out gets
+// last-first+2 offsets, ind_out and val_out at most maxcoefs entries (a
+// negative room counts as none). Any output may be NULL. Returns the number
+// of entries in the range.
+int64_t copy_lines(const int64_t *starts, const int *index, const double *value, int first,
+                   int last, int64_t maxcoefs, int64_t start_out[], int ind_out[],
+                   double val_out[]) {
+  int64_t base = starts[first], total = starts[last + 1] - base;
+  int64_t room = std::min(std::max<int64_t>(maxcoefs, 0), total);
+  if (start_out)
+    for (int j = first; j <= last + 1; ++j) start_out[j - first] = std::min(starts[j] - base, room);
+  for (int64_t k = 0; k < room; ++k) {
+    if (ind_out) ind_out[k] = index[base + k];
+    if (val_out) val_out[k] = value[base + k];
+  }
+  return total;
+}
+
+}  // namespace
+
 void read_lines(const Compressed &c, int nlines, int64_t start[], int ind[], double coef[],
                 int64_t maxcoefs, int64_t *ncoefs, int first, int last, const char *what,
                 const char *who) {
   require(ncoefs, "ncoefs", who);
   check_range(first, last, nlines, what, who);
-  int64_t base = c.start[first];
-  int64_t total = c.start[last + 1] - base;
   if ((ind || coef) && maxcoefs < 0) check_count(maxcoefs, "maxcoefs", who);
-  int64_t room = maxcoefs < total ? std::max<int64_t>(maxcoefs, 0) : total;
-  if (start)
-    for (int j = first; j <= last + 1; ++j)
-      start[j - first] = std::min(c.start[j] - base, room);
-  for (int64_t k = 0; k < room; ++k) {
-    if (ind) ind[k] = c.index[base + k];
-    if (coef) coef[k] = c.value[base + k];
-  }
-  *ncoefs = total;
+  *ncoefs = copy_lines(c.start.data(), c.index.data(), c.value.data(), first, last, maxcoefs,
+                       start, ind, coef);
 }
 
 void read_quadratic_objective(const Model &m, int64_t start[], int colind[], double coef[],
@@ -69,17 +83,10 @@ void read_sets(const Model &m, char settype[], int64_t start[], int colind[], do
                int64_t maxelems, int64_t *nelems, int first, int last, const char *who) {
   require(nelems, "nelems", who);
   check_range(first, last, m.sets(), "set", who);
-  int64_t base = m.setstart[first], total = m.setstart[last + 1] - base;
-  int64_t room = std::min(std::max<int64_t>(maxelems, 0), total);
   for (int s = first; s <= last; ++s)
     if (settype) settype[s - first] = m.settype[s];
-  if (start)
-    for (int s = first; s <= last + 1; ++s) start[s - first] = std::min(m.setstart[s] - base, room);
-  for (int64_t k = 0; k < room; ++k) {
-    if (colind) colind[k] = m.setcol[base + k];
-    if (refval) refval[k] = m.setref[base + k];
-  }
-  *nelems = total;
+  *nelems = copy_lines(m.setstart.data(), m.setcol.data(), m.setref.data(), first, last,
+                       maxelems, start, colind, refval);
 }
 
 void read_indicators(const Model &m, int colind[], int complement[], int first, int last,

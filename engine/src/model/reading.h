@@ -10,7 +10,7 @@
 
 namespace zorvan {
 
-// Entries first..last of v (one per `what`, n of them) into out.
+// Entries first..last of v (one per `what`) into out.
 template <class T>
 void read_range(const std::vector<T> &v, T *out, const char *arg, int first, int last,
                 const char *what, const char *who) {

@@ -21,10 +21,7 @@ void require_slp_started(const char *who) {
 }
 
 void check_slp_handle(const zslp_problem *slp, const char *who) {
-  if (!slp) fail(ZRVS_ERR_ARGUMENT, "%s: the nonlinear problem is NULL", who);
-  if (checked_mode() && !is_live(slp, ObjectKind::nonlinear_problem))
-    fail(ZRVS_ERR_ARGUMENT,
-         "%s: the handle is not a live nonlinear problem (destroyed or never created)", who);
+  check_handle(slp, ObjectKind::nonlinear_problem, "nonlinear problem", who);
 }
 
 void start_slp(const char *who) {

@@ -2,9 +2,8 @@
 #pragma once
 #include <atomic>
 #include <string>
-#include <vector>
 
-#include "core/problem.h"
+#include "problem/problem.h"
 
 namespace zorvan {
 const Catalogue &slp_catalogue();

@@ -6,18 +6,24 @@
 
 namespace zrv {
 
+int NameText(PyObject *name, const char **text, Py_ssize_t *size) {
+  if (PyUnicode_Check(name)) {
+    *text = PyUnicode_AsUTF8AndSize(name, size);
+    return *text ? 1 : -1;
+  }
+  if (PyBytes_Check(name)) {
+    *text = PyBytes_AS_STRING(name);
+    *size = PyBytes_GET_SIZE(name);
+    return 1;
+  }
+  return 0;
+}
+
 int NormaliseName(PyObject *name, std::string &out) {
   const char *text = nullptr;
   Py_ssize_t size = 0;
-  if (PyUnicode_Check(name)) {
-    text = PyUnicode_AsUTF8AndSize(name, &size);
-    if (!text) return -1;
-  } else if (PyBytes_Check(name)) {
-    text = PyBytes_AS_STRING(name);
-    size = PyBytes_GET_SIZE(name);
-  } else {
-    return -2;
-  }
+  int rc = NameText(name, &text, &size);
+  if (rc <= 0) return rc == 0 ? -2 : -1;
   if (size > 1024) {
     PyErr_SetString(ModelError, "Control or attribute name is too long");
     return -1;
