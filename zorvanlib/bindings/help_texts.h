@@ -247,6 +247,28 @@ inline constexpr char kAddQMatrix[] = ZRV_HELP(
     "and Q[j][i].",
     "problem.getqrowqmatrixtriplets");
 
+inline constexpr char kLoadProblem[] = ZRV_HELP(
+    "Replace the model by one given as arrays.",
+    "p.loadproblem(probname, rowtype, rhs, rng, objcoef, start, collen, rowind, rowcoef, lb, "
+    "ub, objqcol1=None, objqcol2=None, objqcoef=None, qrowind=None, nrowqcoefs=None, "
+    "rowqcol1=None, rowqcol2=None, rowqcoef=None, coltype=None, entind=None, limit=None, "
+    "settype=None, setstart=None, setind=None, refval=None, colnames=None, rownames=None)",
+    "probname: the name; rowtype, rhs, rng: one per row (rng for 'R' rows, may be None); "
+    "objcoef, lb, ub: one per column (None: 0, 0, infinity); start, collen, rowind, rowcoef: "
+    "the matrix by columns (collen may be None; start may hold the closing offset); "
+    "objqcol1, objqcol2, objqcoef: the quadratic objective 0.5 x'Qx, one triangle; "
+    "qrowind, nrowqcoefs, rowqcol1, rowqcol2, rowqcoef: quadratic parts of rows, "
+    "nrowqcoefs[k] entries for row qrowind[k]; coltype, entind, limit: types of the columns "
+    "entind (others are 'C') and thresholds; settype, setstart, setind, refval: special "
+    "ordered sets; colnames, rownames: lists of names. Indices are integers. Legacy "
+    "keywords: qrtypes, range, obj, mstart, mnel, mrwind, dmatval, dlb, dub, mqcol1, mqcol2, "
+    "dqe, qcrows, qcnquads, qcmqcol1, qcmqcol2, qcdqval, qgtype, mgcols, dlim, qstype, "
+    "msstart, mscols, dref.",
+    "p.loadproblem('lp', ['L'], [4], None, [-1, -1], [0, 1], None, [0, 0], [1, 2], None, "
+    "None)",
+    "The problem's var, constraint and sos objects are made anew for the loaded model. A "
+    "load that fails leaves the problem as it was.",
+    "problem.addcols, problem.addrows, problem.read");
 inline constexpr char kSetIndicators[] = ZRV_HELP(
     "Make rows indicator constraints.",
     "p.setindicators(rowind, colind, complement)",

@@ -68,6 +68,20 @@ constexpr KW kAddNames = {"type", "names", "first", "last", nullptr};
 constexpr KW kAddQMatrix = {"row", "rowqcol1", "rowqcol2", "rowqcoef", nullptr};
 constexpr KW kAddQMatrixOld = {"irow", "mqc1", "mqc2", "dqe", nullptr};
 
+// Loading models.
+constexpr KW kLoadProblem = {
+    "probname", "rowtype",  "rhs",      "rng",        "objcoef",  "start",    "collen",
+    "rowind",   "rowcoef",  "lb",       "ub",         "objqcol1", "objqcol2", "objqcoef",
+    "qrowind",  "nrowqcoefs", "rowqcol1", "rowqcol2", "rowqcoef", "coltype",  "entind",
+    "limit",    "settype",  "setstart", "setind",     "refval",   "colnames", "rownames",
+    nullptr};
+constexpr KW kLoadProblemOld = {
+    "probname", "qrtypes", "rhs",      "range",  "obj",      "mstart",   "mnel",
+    "mrwind",   "dmatval", "dlb",      "dub",    "mqcol1",   "mqcol2",   "dqe",
+    "qcrows",   "qcnquads", "qcmqcol1", "qcmqcol2", "qcdqval", "qgtype", "mgcols",
+    "dlim",     "qstype",  "msstart",  "mscols", "dref",     "colnames", "rownames",
+    nullptr};
+
 // Setting solver state.
 constexpr KW kSetIndicators = {"rowind", "colind", "complement", nullptr};
 constexpr KW kSetIndicatorsOld = {"mrows", "inds", "comps", nullptr};
@@ -125,6 +139,9 @@ const Binding MemberTable::rows[] = {
     {"addnames", AddNames, "iOOO", kAddNames, nullptr, kChanges, help::kAddNames},
     {"addqmatrix", AddQMatrix, "OOOO", kAddQMatrix, kAddQMatrixOld, kChanges,
      help::kAddQMatrix},
+    // Loading models
+    {"loadproblem", LoadProblem, "sOOOOOOOOOO|OOOOOOOOOOOOOOOOO", kLoadProblem, kLoadProblemOld,
+     kChanges, help::kLoadProblem},
     // Setting solver state
     {"setindicators", SetIndicators, "OOO", kSetIndicators, kSetIndicatorsOld, kChanges,
      help::kSetIndicators},

@@ -44,6 +44,9 @@ ZRV_WORKER(AddRows);
 ZRV_WORKER(AddNames);
 ZRV_WORKER(AddQMatrix);
 
+// load_model.cpp
+ZRV_WORKER(LoadProblem);
+
 // solver_state.cpp
 ZRV_WORKER(GetLastError);
 ZRV_WORKER(GetAttribInfo);
