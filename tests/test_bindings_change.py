@@ -159,3 +159,21 @@ def test_members_need_an_initialized_problem():
                  lambda: gone.addcols([1], None, None, None, None, None), gone.getlasterror):
         with pytest.raises(z.ModelError, match="Problem is not initialized"):
             call()
+
+
+def test_numpy_arrays_of_every_layout_give_the_same_batch():
+    import numpy as np
+
+    for cols in (np.array([0, 1], dtype=np.int32), np.array([0, 1], dtype=np.int64),
+                 np.array([1, 9, 0])[::-2], np.array([0, 1], dtype=np.int64).astype(">i8")):
+        p = lp()
+        p.chgbounds(cols, ["U", "U"], np.array([1.0, 1.0]))
+        p.chgobj(cols, np.array([-1, -3], dtype=np.int32))  # integers as costs
+        assert bounds(p)[1] == [1, 1]
+        assert solved(p) == pytest.approx(-4)
+    p = lp()
+    with pytest.raises(z.InterfaceError, match="expected 2, found 3"):
+        p.chgobj(np.array([0, 1]), np.zeros(3))
+    with pytest.raises(OverflowError):
+        p.chgobj(np.array([2**40]), np.zeros(1))
+    assert solved(p) == pytest.approx(-5)

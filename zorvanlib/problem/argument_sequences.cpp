@@ -3,17 +3,78 @@
 // the lists a caller passed.
 #include "problem/arguments.h"
 
+#include <climits>
+#include <cstdint>
 #include <cstring>
+
+#include "base/arrays.h"
 
 #include "base/errors.h"
 
 namespace zrv {
+
+namespace {
+
+// A NumPy vector whose elements already have the native form of the code
+// (doubles; 32- or 64-bit integers for integer codes and plain indices) is
+// copied as a block instead of element by element. 0 when done; 1 when the
+// general path must run; -1 with an error.
+int PlainArrayToNative(ProblemObject *, Py_ssize_t *length, PyObject *obj, void **array,
+                       int code, size_t width) {
+  char kind;
+  const void *data;
+  Py_ssize_t n;
+  if (!PlainNumpyVector(obj, &kind, &data, &n)) return 1;
+  const bool index = code == ElemRow || code == ElemColumn || code == ElemSet ||
+                     code == ElemInt;
+  const bool direct = (code == ElemDouble && kind == 'd') || (code == ElemLong && kind == 'l') ||
+                      (index && kind == 'i');
+  const bool narrow = index && kind == 'l';  // int64 values into int32, checked
+  if (!direct && !narrow && !(code == ElemLong && kind == 'i')) return 1;
+  if (length) {
+    if (*length >= 0 && *length != n) {
+      PyErr_Format(InterfaceError, "Mismatched lengths in arguments: expected %d, found %d",
+                   static_cast<int>(*length), static_cast<int>(n));
+      return -1;
+    }
+    *length = n;
+  }
+  void *block = nullptr;
+  if (NativeAllocator.allocate(NativeAllocator.context, static_cast<size_t>(n) * width,
+                               &block) != 0)
+    return -1;
+  if (direct) {
+    std::memcpy(block, data, static_cast<size_t>(n) * width);
+  } else if (narrow) {
+    const int64_t *from = static_cast<const int64_t *>(data);
+    int32_t *to = static_cast<int32_t *>(block);
+    for (Py_ssize_t i = 0; i < n; ++i) {
+      if (from[i] < INT32_MIN || from[i] > INT32_MAX) {
+        NativeAllocator.release(NativeAllocator.context, &block);
+        PyErr_Format(PyExc_OverflowError, "%lld does not fit in a 32-bit integer",
+                     static_cast<long long>(from[i]));
+        return -1;
+      }
+      to[i] = static_cast<int32_t>(from[i]);
+    }
+  } else {  // int32 values into int64
+    const int32_t *from = static_cast<const int32_t *>(data);
+    int64_t *to = static_cast<int64_t *>(block);
+    for (Py_ssize_t i = 0; i < n; ++i) to[i] = from[i];
+  }
+  *array = block;
+  return 0;
+}
+
+}  // namespace
 
 int SequenceToArray(ProblemObject *p, Py_ssize_t *length, PyObject *obj, void **array,
                     int code) {
   *array = nullptr;
   if (!obj || obj == Py_None) return 0;
   size_t width = ElementWidth(code);
+  if (PlainArrayToNative(p, length, obj, array, code, width) == 0) return 0;
+  if (PyErr_Occurred()) return -1;
   bool is_list = PyList_Check(obj), is_tuple = PyTuple_Check(obj);
   bool is_iter = !is_list && !is_tuple && PyIter_Check(obj);
   bool is_seq = !is_list && !is_tuple && !is_iter && PySequence_Check(obj);
