@@ -76,6 +76,22 @@ def test_infeasible_and_unbounded_models():
     assert q.getProbStatus() == z.lp_unbounded
 
 
+def test_rows_left_without_columns_keep_their_verdict():
+    # x >= 5 with x <= 3 is infeasible; without x the row reads 0 >= 5.
+    x = z.var(ub=3)
+    p = quiet()
+    p.addVariable(x)
+    p.addConstraint(x >= 5)
+    assert p.optimize()[1] == z.SolStatus.INFEASIBLE
+    p.delVariable(x)
+    assert p.attributes.cols == 0 and p.attributes.rows == 1
+    assert p.optimize()[1] == z.SolStatus.INFEASIBLE
+    assert p.getProbStatusString() == "lp_infeas"
+    q = quiet()
+    q.addConstraint(z.constraint(body=z.Sum([]) + 0, lb=-1, ub=2))
+    assert q.optimize()[1] == z.SolStatus.OPTIMAL
+
+
 def test_mip_solve_and_its_relaxation():
     p, (a, b, c) = knapsack()
     assert p.getProbStatusString() == "mip_not_loaded"
@@ -86,6 +102,41 @@ def test_mip_solve_and_its_relaxation():
     assert p.getProbStatusString() == "mip_optimal"
     assert p.getObjVal() == pytest.approx(9.0)
     assert p.getSolution(a, b, c) == pytest.approx([1.0, 1.0, 0.0])
+
+
+def test_the_solution_read_follows_the_model_class_not_the_entry_point():
+    # An LP solved by mipoptimize is an LP solve: primal, duals, LP status.
+    # max 3x + 2y, x + y <= 4.5, x <= 3: x = 3, y = 1.5, dual 2, cost 12.
+    x, y = z.var(ub=3), z.var(ub=3)
+    p = quiet()
+    p.addVariable(x, y)
+    row = z.constraint(x + y <= 4.5)
+    p.addConstraint(row)
+    p.setObjective(3 * x + 2 * y, sense=z.maximize)
+    assert p.mipoptimize() is None
+    assert p.getProbStatusString() == "lp_optimal"
+    assert p.getSolution(x, y) == pytest.approx([3.0, 1.5])
+    assert p.getDual(row) == pytest.approx(2.0)
+    assert p.getObjVal() == pytest.approx(12.0)
+
+    # A MIP solved by lpoptimize leaves its relaxation as its solution.
+    p, (a, b, c) = knapsack()
+    assert p.lpoptimize() is None
+    assert p.getProbStatusString() == "mip_lp_optimal"
+    assert p.getProbStatus() == z.mip_lp_optimal
+    assert p.getSolution(a, b, c) == pytest.approx([1.0, 2 / 3, 1.0])
+    assert p.getObjVal() == pytest.approx(8 + 8 / 3)
+
+
+def test_infeasible_relaxation_of_a_mip_is_not_optimal():
+    a = z.var(vartype=z.integer, ub=1)
+    p = quiet()
+    p.addVariable(a)
+    p.addConstraint(a >= 2)
+    p.lpoptimize()
+    assert p.getProbStatusString() == "mip_lp_not_optimal"
+    with pytest.raises(z.SolverError):
+        p.getSolution(a)
 
 
 def test_mip_infeasible():

@@ -1,5 +1,5 @@
 // Entry points that add, change and delete columns and rows.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/checks.h"
 
 using namespace zorvan;
@@ -22,7 +22,7 @@ int ZRVSaddcols64(ZRVSprob prob, int ncols, int64_t ncoefs, const double objcoef
                   const double lb[], const double ub[]) {
   return problem_call(prob, "ZRVSaddcols64", [&](zrvs_problem &p) {
     p.model.add_columns(ncols, ncoefs, objcoef, start, rowind, rowcoef, lb, ub, "ZRVSaddcols64");
-    if (ncols > 0) p.model_changed();
+    if (ncols > 0) p.model_changed(Change::appended);
   });
 }
 
@@ -31,7 +31,7 @@ int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[]
                   const int colind[], const double rowcoef[]) {
   return problem_call(prob, "ZRVSaddrows64", [&](zrvs_problem &p) {
     p.model.add_rows(nrows, ncoefs, rowtype, rhs, rng, start, colind, rowcoef, "ZRVSaddrows64");
-    if (nrows > 0) p.model_changed();
+    if (nrows > 0) p.model_changed(Change::appended);
   });
 }
 
@@ -40,7 +40,7 @@ int ZRVSdelrows(ZRVSprob prob, int nrows, const int rowind[]) {
     auto del = listed(nrows, "nrows", rowind, "rowind", p.model.rows(), "row", "ZRVSdelrows");
     if (nrows == 0) return;
     p.model.delete_rows(del);
-    p.model_changed();
+    p.lines_deleted(false, del);
   });
 }
 
@@ -49,7 +49,7 @@ int ZRVSdelcols(ZRVSprob prob, int ncols, const int colind[]) {
     auto del = listed(ncols, "ncols", colind, "colind", p.model.cols(), "column", "ZRVSdelcols");
     if (ncols == 0) return;
     p.model.delete_columns(del);
-    p.model_changed();
+    p.lines_deleted(true, del);
   });
 }
 
@@ -57,21 +57,21 @@ int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[], const char bnd
                   const double bndval[]) {
   return problem_call(prob, "ZRVSchgbounds", [&](zrvs_problem &p) {
     p.model.change_bounds(nbounds, colind, bndtype, bndval, "ZRVSchgbounds");
-    if (nbounds > 0) p.model_changed();
+    if (nbounds > 0) p.model_changed(Change::values);
   });
 }
 
 int ZRVSchgcoltype(ZRVSprob prob, int ncols, const int colind[], const char coltype[]) {
   return problem_call(prob, "ZRVSchgcoltype", [&](zrvs_problem &p) {
     p.model.change_column_types(ncols, colind, coltype, "ZRVSchgcoltype");
-    if (ncols > 0) p.model_changed();
+    if (ncols > 0) p.model_changed(Change::values);
   });
 }
 
 int ZRVSchgglblimit(ZRVSprob prob, int ncols, const int colind[], const double limit[]) {
   return problem_call(prob, "ZRVSchgglblimit", [&](zrvs_problem &p) {
     p.model.change_limits(ncols, colind, limit, "ZRVSchgglblimit");
-    if (ncols > 0) p.model_changed();
+    if (ncols > 0) p.model_changed(Change::values);
   });
 }
 

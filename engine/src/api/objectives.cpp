@@ -1,6 +1,6 @@
 // Entry points of the objectives: coefficients, constants, the quadratic
 // part, the sense and the objective controls.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/objective_controls.h"
 #include "model/reading.h"
 
@@ -11,7 +11,7 @@ extern "C" {
 int ZRVSchgobj(ZRVSprob prob, int ncols, const int colind[], const double objcoef[]) {
   return problem_call(prob, "ZRVSchgobj", [&](zrvs_problem &p) {
     p.model.change_objective(0, ncols, colind, objcoef, "ZRVSchgobj");
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -19,21 +19,21 @@ int ZRVSchgobjn(ZRVSprob prob, int objidx, int ncols, const int colind[],
                 const double objcoef[]) {
   return problem_call(prob, "ZRVSchgobjn", [&](zrvs_problem &p) {
     p.model.change_objective(objidx, ncols, colind, objcoef, "ZRVSchgobjn");
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
 int ZRVSdelobj(ZRVSprob prob, int objidx) {
   return problem_call(prob, "ZRVSdelobj", [&](zrvs_problem &p) {
     p.model.delete_objective(objidx, "ZRVSdelobj");
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
 int ZRVSchgobjsense(ZRVSprob prob, int sense) {
   return problem_call(prob, "ZRVSchgobjsense", [&](zrvs_problem &p) {
     p.model.set_sense(sense, "ZRVSchgobjsense");
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -55,7 +55,7 @@ int ZRVSchgmqobj64(ZRVSprob prob, int64_t ncoefs, const int objqcol1[], const in
                    const double objqcoef[]) {
   return problem_call(prob, "ZRVSchgmqobj64", [&](zrvs_problem &p) {
     p.model.change_quadratic_objective(ncoefs, objqcol1, objqcol2, objqcoef, "ZRVSchgmqobj64");
-    if (ncoefs > 0) p.model_changed();
+    if (ncoefs > 0) p.model_changed(Change::values);
   });
 }
 
@@ -71,7 +71,7 @@ int ZRVSsetobjintcontrol(ZRVSprob prob, int objidx, int control, int value) {
   const char *who = "ZRVSsetobjintcontrol";
   return problem_call(prob, who, [&](zrvs_problem &p) {
     set_objective_int_control(p.model.objective(objidx, who), control, value, who);
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 
@@ -79,7 +79,7 @@ int ZRVSsetobjdblcontrol(ZRVSprob prob, int objidx, int control, double value) {
   const char *who = "ZRVSsetobjdblcontrol";
   return problem_call(prob, who, [&](zrvs_problem &p) {
     set_objective_dbl_control(p.model.objective(objidx, who), control, value, who);
-    p.model_changed();
+    p.model_changed(Change::values);
   });
 }
 

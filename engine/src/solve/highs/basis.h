@@ -3,7 +3,7 @@
 #pragma once
 #include <vector>
 
-#include "solve/builder.h"
+#include "solve/highs/builder.h"
 
 namespace zorvan {
 

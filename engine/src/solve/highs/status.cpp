@@ -1,4 +1,4 @@
-#include "solve/status.h"
+#include "solve/highs/status.h"
 
 #include <algorithm>
 
@@ -82,6 +82,26 @@ void record_stage(void *h, bool mip, int interrupt, StageResult &r) {
     else
       status = stopped ? ZRVS_LP_UNFINISHED : ZRVS_LP_UNSOLVED;
     r.stopstatus = stop_reason(s, interrupt);
+  }
+}
+
+void refine_stop_reason(const zrvs_problem &p, StageResult &r) {
+  if (r.stopstatus != ZRVS_STOP_NODELIMIT) return;
+  const char *who = "optimize";
+  if (p.controls.get_int(ZRVS_MAXMIPSOL, who) > 0 &&
+      r.nodes < p.controls.get_int(ZRVS_MAXNODE, who))
+    r.stopstatus = ZRVS_STOP_SOLLIMIT;
+}
+
+void check_rows_without_columns(const std::vector<double> &row_lower,
+                                const std::vector<double> &row_upper, double tolerance,
+                                bool mip, StageResult &r) {
+  for (size_t i = 0; i < row_lower.size(); ++i) {
+    if (row_lower[i] <= tolerance && row_upper[i] >= -tolerance) continue;
+    r.solstatus = ZRVS_SOLSTATUS_INFEASIBLE;
+    (mip ? r.mipstatus : r.lpstatus) = mip ? ZRVS_MIP_INFEAS : ZRVS_LP_INFEAS;
+    r.stopstatus = ZRVS_STOP_NONE;
+    return;
   }
 }
 

@@ -1,6 +1,7 @@
 // The engine's problem object behind the ZRVSprob handle.
 #pragma once
 #include <atomic>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -8,10 +9,21 @@
 #include "core/catalogue.h"
 #include "core/environment.h"
 #include "core/registry.h"
+#include "events/registry.h"
+#include "model/changes.h"
 #include "model/model.h"
-#include "solve/results.h"
+#include "problem/results.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
+
+namespace zorvan {
+class HighsInstance;
+// Destroys a HiGHS instance (defined with it, so that this header needs
+// only its name).
+struct HighsInstanceDeleter {
+  void operator()(HighsInstance *h) const;
+};
+}  // namespace zorvan
 
 struct zrvs_problem {
   zrvs_problem() : controls(zorvan::main_catalogue()) {}
@@ -20,18 +32,27 @@ struct zrvs_problem {
   zorvan::ControlValues controls;
   SolveState results;
   std::string last_error;
-  struct MessageCallback {
-    ZRVS_cbmessage f;
-    void *data;
-    int priority;
-  };
-  std::vector<MessageCallback> message_callbacks;  // by decreasing priority
+  zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
 
+  // The solver state that stays with the problem between solves, and what
+  // changed in the model since the solver last took it.
+  std::unique_ptr<zorvan::HighsInstance, zorvan::HighsInstanceDeleter> highs;
+  zorvan::ChangeLog changes;
+
   // Called by every change of the model: results of earlier solves no
-  // longer describe it.
-  void model_changed() { results = SolveState(); }
+  // longer describe it. `what` tells the solver how much it must take
+  // again; by default, everything.
+  void model_changed(zorvan::Change what = zorvan::Change::anything) {
+    results = SolveState();
+    changes.note(what);
+  }
+  // Called after deleting the columns (or rows) flagged in `mask`.
+  void lines_deleted(bool columns, const std::vector<char> &mask) {
+    results = SolveState();
+    changes.note_deleted(columns, mask);
+  }
 
   // Sends a message to the problem's callbacks and the global handlers,
   // subject to the outputlog control; msgtype ZRVS_MSG_FLUSH sends a flush.

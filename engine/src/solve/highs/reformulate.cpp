@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/errors.h"
-#include "solve/builder.h"
+#include "solve/highs/builder.h"
 #include "zorvan/zrvs.h"
 
 namespace zorvan {

@@ -1,5 +1,5 @@
 // The problem object: its messages, lifecycle and message callbacks.
-#include "core/problem.h"
+#include "problem/problem.h"
 
 #include <algorithm>
 #include <memory>
@@ -11,15 +11,18 @@ using namespace zorvan;
 
 void zrvs_problem::message(int msgtype, const std::string &text) {
   if (controls.get_int(ZRVS_OUTPUTLOG, "message") < 1) return;
-  std::vector<MessageCallback> callbacks = message_callbacks;
+  const auto callbacks = events.snapshot(EventKind::message);
+  auto call = [&](const Registration &r, const char *msg, int len, int type) {
+    reinterpret_cast<ZRVS_cbmessage>(r.function)(this, r.data, msg, len, type);
+  };
   if (msgtype == ZRVS_MSG_FLUSH) {
-    for (const auto &cb : callbacks) cb.f(this, cb.data, nullptr, 0, ZRVS_MSG_FLUSH);
+    for (const auto &r : *callbacks) call(r, nullptr, 0, ZRVS_MSG_FLUSH);
     send_to_global_handlers(this, nullptr, 0, ZRVS_MSG_FLUSH);
     return;
   }
   std::string line = controls.get_str(ZRVS_OUTPUTPREFIX, "message") + text;
   int len = static_cast<int>(line.size());
-  for (const auto &cb : callbacks) cb.f(this, cb.data, line.c_str(), len, msgtype);
+  for (const auto &r : *callbacks) call(r, line.c_str(), len, msgtype);
   send_to_global_handlers(this, line.c_str(), len, msgtype);
 }
 
@@ -49,7 +52,7 @@ void copy_problem(zrvs_problem &dest, const zrvs_problem &src, const char *name,
   if (name && *name) model.name = name;
   dest.controls = src.controls;
   dest.model = std::move(model);
-  dest.results = SolveState();
+  dest.model_changed();
 }
 
 void load_lp(zrvs_problem &p, const LpData &data, const char *who) {
@@ -57,24 +60,16 @@ void load_lp(zrvs_problem &p, const LpData &data, const char *who) {
   if (!data.name) model.name = p.model.name;
   model.objsense = p.model.objsense;
   p.model = std::move(model);
-  p.results = SolveState();
+  p.model_changed();
   p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model));
 }
 
 void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int priority) {
-  auto &cbs = p.message_callbacks;
-  auto pos = std::find_if(cbs.begin(), cbs.end(),
-                          [&](const auto &cb) { return cb.priority < priority; });
-  cbs.insert(pos, zrvs_problem::MessageCallback{f, data, priority});
+  p.events.add(EventKind::message, reinterpret_cast<void (*)()>(f), data, priority);
 }
 
 void remove_message_callbacks(zrvs_problem &p, ZRVS_cbmessage f, void *data) {
-  auto &cbs = p.message_callbacks;
-  cbs.erase(std::remove_if(cbs.begin(), cbs.end(),
-                           [&](const auto &cb) {
-                             return (!f || cb.f == f) && (!data || cb.data == data);
-                           }),
-            cbs.end());
+  p.events.remove(EventKind::message, reinterpret_cast<void (*)()>(f), data);
 }
 
 void check_stop_reason(int reason, const char *who) {

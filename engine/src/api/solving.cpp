@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "model/checks.h"
-#include "solve/basis.h"
-#include "solve/solve.h"
+#include "solve/highs/basis.h"
+#include "optimize/driver.h"
 
 using namespace zorvan;
 
@@ -34,7 +34,7 @@ int ZRVSoptimize(ZRVSprob prob, const char *flags, int *solvestatus, int *solsta
     if (solvestatus) *solvestatus = ZRVS_SOLVESTATUS_UNSTARTED;
     if (solstatus) *solstatus = ZRVS_SOLSTATUS_NOTFOUND;
     try {
-      solve(p, SolveKind::automatic, flags, "ZRVSoptimize");
+      optimize(p, SolveKind::automatic, flags, "ZRVSoptimize");
     } catch (...) {
       if (solvestatus) *solvestatus = p.results.solvestatus;
       if (solstatus) *solstatus = p.results.solstatus;
@@ -47,13 +47,13 @@ int ZRVSoptimize(ZRVSprob prob, const char *flags, int *solvestatus, int *solsta
 
 int ZRVSlpoptimize(ZRVSprob prob, const char *flags) {
   return problem_call(prob, "ZRVSlpoptimize", [&](zrvs_problem &p) {
-    solve(p, SolveKind::lp, flags, "ZRVSlpoptimize");
+    optimize(p, SolveKind::lp, flags, "ZRVSlpoptimize");
   });
 }
 
 int ZRVSmipoptimize(ZRVSprob prob, const char *flags) {
   return problem_call(prob, "ZRVSmipoptimize", [&](zrvs_problem &p) {
-    solve(p, SolveKind::mip, flags, "ZRVSmipoptimize");
+    optimize(p, SolveKind::mip, flags, "ZRVSmipoptimize");
   });
 }
 
@@ -94,6 +94,7 @@ int ZRVSgetbasis(ZRVSprob prob, int rstatus[], int cstatus[]) {
 int ZRVSloadbasis(ZRVSprob prob, const int rstatus[], const int cstatus[]) {
   return problem_call(prob, "ZRVSloadbasis", [&](zrvs_problem &p) {
     load_basis(p.model, rstatus, cstatus, "ZRVSloadbasis");
+    p.changes.note_basis_loaded();
   });
 }
 

@@ -7,9 +7,11 @@
 
 #include "interfaces/highs_c_api.h"
 #include "model/model.h"
+#include "zorvan/zrvs.h"
 
 namespace zorvan {
 
+// HiGHS's infinity (the engine's is ZRVS_PLUSINFINITY).
 constexpr double kHighsInf = std::numeric_limits<double>::infinity();
 
 // A matrix by columns in HiGHS's index type.
@@ -22,7 +24,9 @@ struct LpBuilder {
   std::vector<double> cost, col_lower, col_upper;
   std::vector<HighsInt> integrality;  // kHighsVarType...
   std::vector<double> row_lower, row_upper;
-  std::vector<int> erow, ecol;  // entries; repeated (row, column) pairs add up
+  // Entries beyond the problem's matrix (reformulations); repeated (row,
+  // column) pairs add up.
+  std::vector<int> erow, ecol;
   std::vector<double> eval;
 
   int cols() const { return static_cast<int>(cost.size()); }
@@ -39,9 +43,11 @@ struct LpBuilder {
   void add_entry(int row, int col, double value) {
     erow.push_back(row), ecol.push_back(col), eval.push_back(value);
   }
-  // The matrix by columns, repeated entries merged.
-  HighsCsc matrix() const;
 };
+
+// The matrix of m and the extra entries of lp by columns, repeated entries
+// merged.
+HighsCsc highs_matrix(const Model &m, const LpBuilder &lp);
 
 // How the problem is solved: its continuous relaxation, or with every
 // discrete part enforced.
@@ -50,6 +56,7 @@ enum class SolveMode { relaxation, mip };
 struct HighsBuild {
   LpBuilder lp;
   HighsCsc hessian;  // lower triangle by columns; empty without a quadratic objective
+  double sense = 1.0;  // 1 minimise, -1 maximise
   int ncols = 0, nrows = 0;  // the problem's own columns and rows
 };
 
@@ -68,6 +75,6 @@ void reformulate_partial_integers(const Model &m, LpBuilder &lp, const char *who
 double finite_lower(const Model &m, int j, const char *need, const char *who);
 double finite_upper(const Model &m, int j, const char *need, const char *who);
 
-inline bool is_infinite(double v) { return v >= 1e20 || v <= -1e20; }
+inline bool is_infinite(double v) { return v >= ZRVS_PLUSINFINITY || v <= -ZRVS_PLUSINFINITY; }
 
 }  // namespace zorvan

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "core/errors.h"
-#include "solve/builder.h"
+#include "solve/highs/builder.h"
 #include "zorvan/zrvs.h"
 
 namespace zorvan {
@@ -11,8 +11,8 @@ namespace zorvan {
 namespace {
 
 double to_highs(double v) {
-  if (v >= 1e20) return kHighsInf;
-  if (v <= -1e20) return -kHighsInf;
+  if (v >= ZRVS_PLUSINFINITY) return kHighsInf;
+  if (v <= -ZRVS_PLUSINFINITY) return -kHighsInf;
   return v;
 }
 
@@ -70,9 +70,6 @@ void add_rows(const Model &m, SolveMode mode, LpBuilder &lp) {
     if (mode == SolveMode::relaxation && m.indcol[i] >= 0) lo = -kHighsInf, up = kHighsInf;
     lp.add_row(lo, up);
   }
-  lp.erow.assign(m.mrow.begin(), m.mrow.end());
-  lp.ecol.assign(m.mcol.begin(), m.mcol.end());
-  lp.eval.assign(m.mval.begin(), m.mval.end());
 }
 
 // The lower triangle of Q by columns, as HiGHS takes it.
@@ -114,25 +111,31 @@ double finite_upper(const Model &m, int j, const char *need, const char *who) {
   return u;
 }
 
-HighsCsc LpBuilder::matrix() const {
+HighsCsc highs_matrix(const Model &m, const LpBuilder &lp) {
   HighsCsc a;
-  // Counting sort by column, merging repeated (row, column) pairs.
-  std::vector<HighsInt> start(cols() + 1, 0);
-  for (int c : ecol) ++start[c + 1];
-  for (int j = 0; j < cols(); ++j) start[j + 1] += start[j];
+  // Counting sort by column of the problem's entries and the extra ones,
+  // merging repeated (row, column) pairs.
+  const int cols = lp.cols();
+  const size_t own = static_cast<size_t>(m.elems()), total = own + lp.eval.size();
+  auto row_of = [&](size_t e) { return e < own ? m.mrow[e] : lp.erow[e - own]; };
+  auto col_of = [&](size_t e) { return e < own ? m.mcol[e] : lp.ecol[e - own]; };
+  auto value_of = [&](size_t e) { return e < own ? m.mval[e] : lp.eval[e - own]; };
+  std::vector<HighsInt> start(cols + 1, 0);
+  for (size_t e = 0; e < total; ++e) ++start[col_of(e) + 1];
+  for (int j = 0; j < cols; ++j) start[j + 1] += start[j];
   std::vector<HighsInt> next(start.begin(), start.end() - 1);
-  std::vector<HighsInt> index(eval.size());
-  std::vector<double> value(eval.size());
-  for (size_t e = 0; e < eval.size(); ++e) {
-    HighsInt pos = next[ecol[e]]++;
-    index[pos] = erow[e];
-    value[pos] = eval[e];
+  std::vector<HighsInt> index(total);
+  std::vector<double> value(total);
+  for (size_t e = 0; e < total; ++e) {
+    HighsInt pos = next[col_of(e)]++;
+    index[pos] = row_of(e);
+    value[pos] = value_of(e);
   }
-  a.start.reserve(cols() + 1);
-  a.index.reserve(eval.size());
-  a.value.reserve(eval.size());
-  std::vector<HighsInt> where(rows(), -1);
-  for (int j = 0; j < cols(); ++j) {
+  a.start.reserve(cols + 1);
+  a.index.reserve(total);
+  a.value.reserve(total);
+  std::vector<HighsInt> where(lp.rows(), -1);
+  for (int j = 0; j < cols; ++j) {
     HighsInt first = static_cast<HighsInt>(a.index.size());
     for (HighsInt k = start[j]; k < start[j + 1]; ++k) {
       HighsInt r = index[k];
@@ -163,6 +166,7 @@ HighsBuild build_for_highs(const Model &m, SolveMode mode, const char *who) {
     reformulate_indicators(m, b.lp, who);
   }
   b.hessian = hessian(m);
+  b.sense = m.objsense;
   return b;
 }
 

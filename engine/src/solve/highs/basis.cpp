@@ -1,4 +1,4 @@
-#include "solve/basis.h"
+#include "solve/highs/basis.h"
 
 #include "core/errors.h"
 #include "zorvan/zrvs.h"
@@ -79,10 +79,10 @@ void load_basis(Model &m, const int *rstatus, const int *cstatus, const char *wh
     if (s < ZRVS_BASIS_NONBASIC_LOWER || s > ZRVS_BASIS_SUPERBASIC)
       fail(ZRVS_ERR_ARGUMENT, "%s: status %d of column %d is not a basis status (0 to 3)", who,
            s, j);
-    if (s == ZRVS_BASIS_NONBASIC_LOWER && m.lb[j] <= -1e20)
+    if (s == ZRVS_BASIS_NONBASIC_LOWER && m.lb[j] <= -ZRVS_PLUSINFINITY)
       fail(ZRVS_ERR_ARGUMENT, "%s: column %d is nonbasic at its lower bound, which is infinite",
            who, j);
-    if (s == ZRVS_BASIS_NONBASIC_UPPER && m.ub[j] >= 1e20)
+    if (s == ZRVS_BASIS_NONBASIC_UPPER && m.ub[j] >= ZRVS_PLUSINFINITY)
       fail(ZRVS_ERR_ARGUMENT, "%s: column %d is nonbasic at its upper bound, which is infinite",
            who, j);
     basic += s == ZRVS_BASIS_BASIC;
