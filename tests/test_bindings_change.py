@@ -177,3 +177,31 @@ def test_numpy_arrays_of_every_layout_give_the_same_batch():
     with pytest.raises(OverflowError):
         p.chgobj(np.array([2**40]), np.zeros(1))
     assert solved(p) == pytest.approx(-5)
+
+
+def test_chgrhs_chgrhsrange_and_chgrowtype_then_resolve():
+    p = lp()  # rows x + y <= 4, x + 3y <= 6
+    p.chgrhs(["R0", 1], [3, 6])
+    assert solved(p) == pytest.approx(-4.5)  # x = 1.5, y = 1.5
+    p.chgrowtype([0], ["E"])
+    p.chgrhs(mindex=[0], rhs=[2])
+    assert solved(p) == pytest.approx(-4)  # x + y = 2: x = 0, y = 2
+    # the first row free, the second the range 5 <= x + 3y <= 6
+    p.chgrowtype(rowind=[0], rowtype=["N"])
+    p.chgrhsrange([1], [1])
+    types, rng = [], []
+    p.getrowtype(types)
+    p.getrhsrange(rng)
+    assert types == ["N", "R"] and rng[1] == 1
+    assert solved(p) == pytest.approx(-5)  # (3, 1) on the upper side
+    p.chgobj([0, 1], [1, 2])  # min x + 2y on 5 <= x + 3y: y is cheaper, (0, 5/3)
+    assert solved(p) == pytest.approx(10 / 3)
+    p.chgrowtype(mindex=[0], qrtype=["L"])
+    p.chgrhsrange(mindex=[1], rng=[0])
+    with pytest.raises(z.SolverError, match="rowtype\\[1\\] is 'X'"):
+        p.chgrowtype([0, 1], ["G", "X"])
+    with pytest.raises(z.SolverError, match="non-negative"):
+        p.chgrhsrange([1], [-1])
+    types = []
+    p.getrowtype(types)
+    assert types == ["L", "R"]

@@ -1,5 +1,5 @@
 // Members that change the model in batches: bounds, column types and
-// thresholds, objective coefficients and sense, the quadratic objective;
+// thresholds, right-hand sides, ranges and row types, objective coefficients and sense, the quadratic objective;
 // and delobj. Every array of a batch is converted (and so checked) before
 // the one engine call, which itself applies all or nothing.
 #include "bindings/workers.h"
@@ -53,6 +53,22 @@ PyObject *IndexedValues(ProblemObject *p, const Binding &b, PyObject *args, PyOb
   Py_RETURN_NONE;
 }
 
+// f(prob, n, row index array, value array) over two sequences.
+template <class V>
+PyObject *RowValues(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds,
+                    int value_code, int (*f)(ZRVSprob, int, const int *, const V *)) {
+  PyObject *objs[2] = {nullptr, nullptr};
+  if (!ParseArgs(b, args, kwds, &objs[0], &objs[1])) return nullptr;
+  const int codes[2] = {ElemRow, value_code};
+  NativeArray arrays[2];
+  Py_ssize_t n;
+  if (ConvertBatch(p, b, 0, 2, objs, codes, arrays, &n) < 0 || FitsInt(n) < 0) return nullptr;
+  if (CallUnlocked(f, p->prob, static_cast<int>(n), arrays[0].as<const int>(),
+                   arrays[1].as<const V>()) != 0)
+    return ReportError(Self(p), nullptr);
+  Py_RETURN_NONE;
+}
+
 }  // namespace
 
 PyObject *ChgBounds(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {
@@ -92,6 +108,18 @@ PyObject *ChgObjN(ProblemObject *p, const Binding &b, PyObject *args, PyObject *
                    arrays[1].as<const double>()) != 0)
     return ReportError(Self(p), nullptr);
   Py_RETURN_NONE;
+}
+
+PyObject *ChgRhs(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {
+  return RowValues<double>(p, b, args, kwds, ElemDouble, ZRVSchgrhs);
+}
+
+PyObject *ChgRhsRange(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {
+  return RowValues<double>(p, b, args, kwds, ElemDouble, ZRVSchgrhsrange);
+}
+
+PyObject *ChgRowType(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {
+  return RowValues<char>(p, b, args, kwds, ElemChar, ZRVSchgrowtype);
 }
 
 PyObject *ChgObjSense(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {

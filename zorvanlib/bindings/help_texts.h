@@ -200,6 +200,31 @@ inline constexpr char kChgObjSense[] = ZRV_HELP(
     "p.chgobjsense(zorvan.maximize)",
     "The sense holds for every objective.",
     "problem.setObjective");
+inline constexpr char kChgRhs[] = ZRV_HELP(
+    "Change right-hand sides of rows.",
+    "p.chgrhs(rowind, rhs)",
+    "rowind: rows as indices, names or constraint objects; rhs: the new right-hand sides. "
+    "Legacy keyword: mindex.",
+    "p.chgrhs([c1, 'c2'], [10, 0])",
+    "A range row keeps its range, so both of its sides move.",
+    "problem.getrhs, problem.chgrhsrange");
+inline constexpr char kChgRhsRange[] = ZRV_HELP(
+    "Give rows a range, making them range rows.",
+    "p.chgrhsrange(rowind, rng)",
+    "rowind: rows; rng: the ranges (>= 0). Legacy keyword: mindex.",
+    "p.chgrhsrange([c], [2])",
+    "An 'L', 'E' or 'R' row keeps its right-hand side as upper side (rhs - rng <= row <= "
+    "rhs); a 'G' row keeps it as lower side (rhs <= row <= rhs + rng). Free rows are "
+    "refused.",
+    "problem.getrhsrange, problem.chgrowtype");
+inline constexpr char kChgRowType[] = ZRV_HELP(
+    "Change the types of rows.",
+    "p.chgrowtype(rowind, rowtype)",
+    "rowind: rows; rowtype: one letter each, 'L', 'G', 'E', 'R' or 'N'. Legacy keywords: "
+    "mindex, qrtype.",
+    "p.chgrowtype([c], ['E'])",
+    "A row made 'R' starts with range 0; a row that stops being 'R' loses its range.",
+    "problem.getrowtype, problem.chgrhsrange");
 inline constexpr char kDelObj[] = ZRV_HELP(
     "Delete an objective.",
     "p.delobj(objidx)",

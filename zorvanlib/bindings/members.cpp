@@ -54,6 +54,12 @@ constexpr KW kChgObjN = {"objidx", "colind", "objcoef", nullptr};
 constexpr KW kSense = {"objsense", nullptr};
 constexpr KW kSenseOld = {"sense", nullptr};
 constexpr KW kObjIdx = {"objidx", nullptr};
+constexpr KW kChgRhs = {"rowind", "rhs", nullptr};
+constexpr KW kChgRhsOld = {"mindex", "rhs", nullptr};
+constexpr KW kChgRng = {"rowind", "rng", nullptr};
+constexpr KW kChgRngOld = {"mindex", "rng", nullptr};
+constexpr KW kChgRowType = {"rowind", "rowtype", nullptr};
+constexpr KW kChgRowTypeOld = {"mindex", "qrtype", nullptr};
 
 // Adding to the model.
 constexpr KW kAddCols = {"objcoef", "start", "rowind", "rowcoef", "lb", "ub", "names",
@@ -131,6 +137,9 @@ const Binding MemberTable::rows[] = {
     {"chgobj", ChgObj, "OO", kChgObj, kChgObjOld, kChanges, help::kChgObj},
     {"chgobjn", ChgObjN, "iOO", kChgObjN, nullptr, kChanges, help::kChgObjN},
     {"chgobjsense", ChgObjSense, "i", kSense, kSenseOld, kChanges, help::kChgObjSense},
+    {"chgrhs", ChgRhs, "OO", kChgRhs, kChgRhsOld, kChanges, help::kChgRhs},
+    {"chgrhsrange", ChgRhsRange, "OO", kChgRng, kChgRngOld, kChanges, help::kChgRhsRange},
+    {"chgrowtype", ChgRowType, "OO", kChgRowType, kChgRowTypeOld, kChanges, help::kChgRowType},
     // Deleting from the model
     {"delobj", DelObj, "i", kObjIdx, nullptr, kChanges, help::kDelObj},
     // Adding to the model

@@ -35,6 +35,9 @@ ZRV_WORKER(ChgGlbLimit);
 ZRV_WORKER(ChgObj);
 ZRV_WORKER(ChgObjN);
 ZRV_WORKER(ChgObjSense);
+ZRV_WORKER(ChgRhs);
+ZRV_WORKER(ChgRhsRange);
+ZRV_WORKER(ChgRowType);
 ZRV_WORKER(ChgMQObj);
 ZRV_WORKER(DelObj);
 
