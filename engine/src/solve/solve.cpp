@@ -10,6 +10,7 @@
 #include "solve/builder.h"
 #include "solve/more_options.h"
 #include "solve/options.h"
+#include "solve/qp_verify.h"
 #include "solve/stages.h"
 #include "solve/status.h"
 
@@ -197,6 +198,8 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
   res.bestbound = last.bestbound;
   if (mip) Highs_getDoubleInfoValue(h, "mip_gap", &res.mipgap);
   record_solution(h, m, mip, res);
+  if (!mip && !m.qobj.empty())
+    verify_qp_result(p, build, model_status_text(Highs_getModelStatus(h)), who);
   HighsInt basis_validity = 0;
   Highs_getIntInfoValue(h, "basis_validity", &basis_validity);
   if (keeps_basis && basis_validity == kHighsBasisValidityValid) {
