@@ -160,9 +160,7 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
     }
     auto stage_start = std::chrono::steady_clock::now();
     Highs_run(h);
-    if (Highs_getModelStatus(h) == kHighsModelStatusUnboundedOrInfeasible &&
-        p.controls.get_int(ZRVS_PRESOLVE, who)) {
-      // Presolve could not tell which; the solve without it can.
+    if (presolve_hid_the_answer(h, mip) && p.controls.get_int(ZRVS_PRESOLVE, who)) {
       Highs_setStringOptionValue(h, "presolve", "off");
       Highs_run(h);
       Highs_setStringOptionValue(h, "presolve", "on");

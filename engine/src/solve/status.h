@@ -16,4 +16,10 @@ inline bool stage_optimal(const StageResult &r, bool mip) {
 
 const char *model_status_text(HighsInt status);
 
+// True when a finished run left an outcome that a run without presolve can
+// settle: unbounded or infeasible undecided, or a continuous problem whose
+// postsolve lost the optimality of the point (the barrier without crossover
+// on a problem that presolve removes entirely ends "unknown").
+bool presolve_hid_the_answer(void *highs, bool mip);
+
 }  // namespace zorvan
