@@ -11,6 +11,7 @@
 #include "solve/more_options.h"
 #include "solve/options.h"
 #include "solve/qp_verify.h"
+#include "solve/rejection.h"
 #include "solve/stages.h"
 #include "solve/status.h"
 
@@ -139,7 +140,13 @@ void solve(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) 
         lp.row_upper.data(), a.start.data(), a.index.data(), a.value.data(),
         qnz ? q.start.data() : nullptr, qnz ? q.index.data() : nullptr,
         qnz ? q.value.data() : nullptr, mip ? lp.integrality.data() : nullptr);
-    if (status == kHighsStatusError) fail(ZRVS_ERR_INTERNAL, "%s: HiGHS rejected the model", who);
+    if (status == kHighsStatusError) {
+      double large = 1e15;
+      Highs_getDoubleOptionValue(h, "large_matrix_value", &large);
+      std::string why = rejected_part(m, build, large);
+      fail(why.empty() ? ZRVS_ERR_INTERNAL : ZRVS_ERR_ARGUMENT, "%s: HiGHS rejected the model%s%s",
+           who, why.empty() ? "" : ": ", why.c_str());
+    }
   }
   add_cutoff_row(h, p, m.objectives[0].coef, m.objectives[0].constant, mip);
   // A continuous LP starts from the basis the problem keeps (the last LP
