@@ -138,12 +138,22 @@ class TestUserDefaults:
         with pytest.raises(zorvan.InterfaceError, match="Incorrect control name"):
             clean_defaults.nosuchcontrol
 
-    def test_engine_refusal_at_creation(self, clean_defaults):
-        clean_defaults.presolve = 9    # the right type, a value the engine refuses
-        with pytest.raises(zorvan.SolverError):
-            zorvan.problem()
-        zorvan.setdefaultcontrol("presolve")
+    def test_engine_refusal_when_the_default_is_set(self, clean_defaults):
+        # The right type, a value the engine refuses: refused at once with the
+        # text a problem's own control gives, and never stored.
+        p = zorvan.problem()
+        with pytest.raises(zorvan.SolverError) as on_problem:
+            p.controls.presolve = 9
+        with pytest.raises(zorvan.SolverError) as on_default:
+            clean_defaults.presolve = 9
+        assert str(on_default.value) == str(on_problem.value)
+        assert "presolve" in str(on_default.value)
+        with pytest.raises(zorvan.SolverError, match="randomseed"):
+            clean_defaults.randomseed = -1
         assert zorvan.problem().controls.presolve == 1
+        assert zorvan.problem().controls.randomseed >= 0
+        clean_defaults.randomseed = 7   # a good value is still taken
+        assert zorvan.problem().controls.randomseed == 7
 
     def test_defaults_object_is_shared(self):
         assert zorvan._getcontrols() is zorvan._getcontrols()

@@ -103,14 +103,14 @@ def test_problems_do_not_outlive_the_engine():
         assert zorvan.free() is True
         assert p.name() == "kept"          # one start remains
         assert zorvan.free() is False
-        for call in (p.name, p.copy, p.reset, lambda: controls.presolve, lambda: str(p)):
+        for call in (p.name, p.copy, p.reset, lambda: controls.presolve, lambda: str(p),
+                     lambda: p.controls, lambda: p.attributes.cols):
             try:
                 call()
             except zorvan.ModelError as e:
                 assert str(e) == "Problem is not initialized", e
             else:
                 raise AssertionError("call after the last stop succeeded")
-        assert p.controls is None
         q = zorvan.problem(name="again")   # restarts the engine
         print(q.name(), q.controls.presolve)
         # module teardown with a live problem must not crash

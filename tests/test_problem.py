@@ -70,7 +70,11 @@ class TestLifecycle:
             controls.presolve
         with pytest.raises(zorvan.ModelError, match=NOT_INIT):
             controls.presolve = 0
-        assert p.controls is None and p.attributes is None
+        # The views are gone with the engine problem; reaching for them (as in
+        # p.controls.presolve) says why.
+        for view in ("controls", "attributes", "objattribs"):
+            with pytest.raises(zorvan.ModelError, match=NOT_INIT):
+                getattr(p, view)
         p.__exit__(None, None, None)  # releasing twice is harmless
 
     def test_views_outliving_their_problem(self):
@@ -95,6 +99,29 @@ class TestLifecycle:
         assert p.name() == "noname"
         assert p.controls.presolve == 1
         assert p.controls.threads == 2
+
+    def test_copy_and_original_change_their_positions_apart(self):
+        # A copy shares the original's maps until one side changes them.
+        p = zorvan.problem()
+        xs = [zorvan.var() for _ in range(6)]
+        p.addVariable(xs)
+        cons = [x <= k for k, x in enumerate(xs)]
+        p.addConstraint(cons)
+        q = p.copy()
+        q.delVariable(xs[0])
+        q.delConstraint(cons[1])
+        assert [p.getIndex(x) for x in xs] == list(range(6))
+        assert [p.getIndex(c) for c in cons] == list(range(6))
+        assert [q.getIndex(x) for x in xs[1:]] == list(range(5))
+        assert [q.getIndex(c) for c in cons[:1] + cons[2:]] == list(range(5))
+        p.delVariable(xs[5])
+        y = zorvan.var()
+        q.addVariable(y)
+        assert q.getIndex(xs[5]) == 4 and q.getIndex(y) == 5
+        with pytest.raises(zorvan.ModelError, match="not in problem"):
+            p.getIndex(y)
+        with pytest.raises(zorvan.ModelError, match="not in problem"):
+            p.getIndex(xs[5])
 
     def test_copy(self):
         p = zorvan.problem("orig")

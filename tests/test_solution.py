@@ -51,12 +51,21 @@ def test_evaluate_nonlinear_nodes(xy):
     assert z.evaluate(-(x**3), solution=at) == -8.0
 
 
-def test_evaluate_logic_uses_the_mip_tolerance(xy):
+def test_evaluate_logic_uses_the_mip_tolerance(xy, clean_defaults):
+    # The tolerance is "miptol" of a fresh problem (the module's table of
+    # default values), whatever the user's defaults say.
     x, y = xy
-    assert z.evaluate(z.And(x, y), solution={x: 1.0, y: 0.000001}) == 0.0
-    assert z.evaluate(z.And(x, y), solution={x: 1.0, y: 0.5}) == 1.0
-    assert z.evaluate(z.Or(x, y), solution={x: 0.999999, y: 0.0}) == 1.0
-    assert z.evaluate(z.Or(x, y), solution={x: 0.99, y: 0.0}) == 0.0
+    tol = clean_defaults.__dict__["miptol"]
+    assert tol == z.problem().controls.miptol
+    clean_defaults.miptol = 0.1   # a user default does not change evaluation
+    for _ in range(2):
+        assert z.evaluate(z.And(x, y), solution={x: 1.0, y: tol / 2}) == 0.0
+        assert z.evaluate(z.And(x, y), solution={x: 1.0, y: 2 * tol}) == 1.0
+        assert z.evaluate(z.And(x, y), solution={x: 1.0, y: 0.5}) == 1.0
+        assert z.evaluate(z.Or(x, y), solution={x: 1 - tol / 2, y: 0.0}) == 1.0
+        assert z.evaluate(z.Or(x, y), solution={x: 1 - 2 * tol, y: 0.0}) == 0.0
+        assert z.evaluate(z.Or(x, y), solution={x: 0.99, y: 0.0}) == 0.0
+        z.setdefaults()
 
 
 def test_evaluate_piecewise_linear_inside_and_beyond_its_breakpoints(xy):

@@ -88,6 +88,41 @@ def test_mip_solve_and_its_relaxation():
     assert p.getSolution(a, b, c) == pytest.approx([1.0, 1.0, 0.0])
 
 
+def test_the_solution_read_follows_the_model_class_not_the_entry_point():
+    # An LP solved by mipoptimize is an LP solve: primal, duals, LP status.
+    # max 3x + 2y, x + y <= 4.5, x <= 3: x = 3, y = 1.5, dual 2, cost 12.
+    x, y = z.var(ub=3), z.var(ub=3)
+    p = quiet()
+    p.addVariable(x, y)
+    row = z.constraint(x + y <= 4.5)
+    p.addConstraint(row)
+    p.setObjective(3 * x + 2 * y, sense=z.maximize)
+    assert p.mipoptimize() is None
+    assert p.getProbStatusString() == "lp_optimal"
+    assert p.getSolution(x, y) == pytest.approx([3.0, 1.5])
+    assert p.getDual(row) == pytest.approx(2.0)
+    assert p.getObjVal() == pytest.approx(12.0)
+
+    # A MIP solved by lpoptimize leaves its relaxation as its solution.
+    p, (a, b, c) = knapsack()
+    assert p.lpoptimize() is None
+    assert p.getProbStatusString() == "mip_lp_optimal"
+    assert p.getProbStatus() == z.mip_lp_optimal
+    assert p.getSolution(a, b, c) == pytest.approx([1.0, 2 / 3, 1.0])
+    assert p.getObjVal() == pytest.approx(8 + 8 / 3)
+
+
+def test_infeasible_relaxation_of_a_mip_is_not_optimal():
+    a = z.var(vartype=z.integer, ub=1)
+    p = quiet()
+    p.addVariable(a)
+    p.addConstraint(a >= 2)
+    p.lpoptimize()
+    assert p.getProbStatusString() == "mip_lp_not_optimal"
+    with pytest.raises(z.SolverError):
+        p.getSolution(a)
+
+
 def test_mip_infeasible():
     a = z.var(vartype=z.integer, ub=10)
     p = quiet()

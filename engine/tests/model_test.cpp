@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <tuple>
 
 #include "model_support.h"
 
@@ -409,3 +410,76 @@ TEST_F(ModelTest, LargeMatrixGrownAndCut) {
 }
 
 }  // namespace
+
+namespace {
+
+// The matrix of a problem row by row as sorted (row, column, value) triplets.
+std::vector<std::tuple<int, int, double>> triplets(ZRVSprob p) {
+  int rows = 0;
+  EXPECT_EQ(ZRVSgetintattrib(p, ZRVS_ROWS, &rows), 0);
+  std::vector<std::tuple<int, int, double>> out;
+  if (rows == 0) return out;
+  int64_t n = 0;
+  EXPECT_EQ(ZRVSgetrows64(p, nullptr, nullptr, nullptr, 0, &n, 0, rows - 1), 0);
+  std::vector<int64_t> start(rows + 1);
+  std::vector<int> col(n);
+  std::vector<double> val(n);
+  EXPECT_EQ(ZRVSgetrows64(p, start.data(), col.data(), val.data(), n, &n, 0, rows - 1), 0);
+  for (int i = 0; i < rows; ++i)
+    for (int64_t k = start[i]; k < start[i + 1]; ++k) out.emplace_back(i, col[k], val[k]);
+  std::sort(out.begin(), out.end());
+  return out;
+}
+
+}  // namespace
+
+// The same matrix given to ZRVSloadlp (columns with gaps between them, by
+// collen), ZRVSaddcols64 and ZRVSaddrows64, with explicit zeros:
+//   row 0: 1 x0 + 0 x1 + 2 x2
+//   row 1: 0 x0 + 3 x1 - 4 x2
+// Every way stores the four non-zero entries and nothing else, and
+// deleting a column keeps the others' entries in their rows.
+TEST_F(ModelTest, EveryWayOfAddingEntriesStoresTheSameMatrix) {
+  const std::vector<std::tuple<int, int, double>> expected = {
+      {0, 0, 1}, {0, 2, 2}, {1, 1, 3}, {1, 2, -4}};
+  const char types[2] = {'L', 'G'};
+  const double rhs[2] = {4, 1};
+
+  // By columns with gaps: column j's entries start at start[j] and run collen[j].
+  const int start32[3] = {0, 3, 6}, collen[3] = {2, 2, 2};
+  const int rowind32[8] = {0, 1, -7, 0, 1, -7, 0, 1};
+  const double coef32[8] = {1, 0, 99, 0, 3, 99, 2, -4};
+  ASSERT_EQ(ZRVSloadlp(prob, "loaded", 3, 2, types, rhs, nullptr, nullptr, start32, collen,
+                       rowind32, coef32, nullptr, nullptr),
+            0)
+      << last_error();
+  EXPECT_EQ(triplets(prob), expected);
+  EXPECT_EQ(int64_attrib(ZRVS_ELEMS), 4);
+
+  ZRVSprob by_cols = nullptr, by_rows = nullptr;
+  ASSERT_EQ(ZRVScreateprob(&by_cols), 0);
+  ASSERT_EQ(ZRVScreateprob(&by_rows), 0);
+  ASSERT_EQ(ZRVSaddrows64(by_cols, 2, 0, types, rhs, nullptr, nullptr, nullptr, nullptr), 0);
+  const int64_t cstart[3] = {0, 2, 4};
+  const int crow[6] = {1, 0, 0, 1, 1, 0};
+  const double cval[6] = {0, 1, 0, 3, -4, 2};
+  ASSERT_EQ(ZRVSaddcols64(by_cols, 3, 6, nullptr, cstart, crow, cval, nullptr, nullptr), 0);
+  EXPECT_EQ(triplets(by_cols), expected);
+
+  ASSERT_EQ(ZRVSaddcols64(by_rows, 3, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+            0);
+  const int64_t rstart[2] = {0, 3};
+  const int rcol[6] = {2, 1, 0, 0, 2, 1};
+  const double rval[6] = {2, 0, 1, 0, -4, 3};
+  ASSERT_EQ(ZRVSaddrows64(by_rows, 2, 6, types, rhs, nullptr, rstart, rcol, rval), 0);
+  EXPECT_EQ(triplets(by_rows), expected);
+
+  for (ZRVSprob p : {prob, by_cols, by_rows}) {
+    const int middle = 1;
+    ASSERT_EQ(ZRVSdelcols(p, 1, &middle), 0);
+    EXPECT_EQ(triplets(p), (std::vector<std::tuple<int, int, double>>{
+                               {0, 0, 1}, {0, 1, 2}, {1, 1, -4}}));
+  }
+  EXPECT_EQ(ZRVSdestroyprob(by_cols), 0);
+  EXPECT_EQ(ZRVSdestroyprob(by_rows), 0);
+}

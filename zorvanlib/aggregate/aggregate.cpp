@@ -1,15 +1,17 @@
-// The aggregation functions Sum, Dot, Prod, And and Or, and the variable
-// factory vars: they fold collections of modelling objects with the
-// operators of the modelling types.
+// The aggregation functions Sum, Dot, Prod, And and Or: they fold
+// collections of modelling objects with the operators of the modelling types.
 #include "aggregate/aggregate.h"
 
 #include "model/expression.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/limits.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
+#include "model/operand.h"
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
+#include "numpy/bridge.h"
 
 #include <string>
 #include <vector>
@@ -18,14 +20,12 @@ namespace zrv {
 
 namespace {
 
-// Nested collections are unpacked at most this deep.
-constexpr int kNestingBudget = 64;
-
 // Whether o is a collection whose elements are the operands: not a number,
 // string or modelling object, but a list, tuple, dictionary (its values),
 // NumPy array (its elements in order), generator or other iterable.
 bool IsCollection(PyObject *o) {
-  if (IsNumber(o) || PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o)) return false;
+  if (IsModelNumber(o) || PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o))
+    return false;
   if (PyObject_TypeCheck(o, &VarType) || PyObject_TypeCheck(o, &LinTermType) ||
       PyObject_TypeCheck(o, &QuadTermType) || PyObject_TypeCheck(o, &ExpressionType) ||
       IsNonlinear(o))
@@ -84,7 +84,7 @@ int ForEach(PyObject *o, const char *fname, int depth, Visit &visit) {
 
 template <typename Visit>
 int ForEachArgument(PyObject *args, const char *fname, Visit &visit) {
-  return ForEach(args, fname, kNestingBudget, visit);
+  return ForEach(args, fname, kCollectionNesting, visit);
 }
 
 PyObject *NewEmptyExpression() { return ExpressionType.tp_alloc(&ExpressionType, 0); }
@@ -102,7 +102,7 @@ class Summer {
 
   // Adds o (a borrowed reference).
   int Add(PyObject *o) {
-    if (IsNumber(o)) {
+    if (IsModelNumber(o)) {
       double v = PyFloat_AsDouble(o);
       if (v == -1.0 && PyErr_Occurred()) return -1;
       constant_ += v;
@@ -120,7 +120,7 @@ class Summer {
       }
       return 0;
     }
-    if (ClassifyOperand(o) < 0) return -1;
+    if (ScalarKind(o) < 0) return -1;
     PyObject *r = PyNumber_InPlaceAdd(acc_, o);
     if (!r) return -1;
     Py_SETREF(acc_, r);
@@ -188,7 +188,7 @@ PyObject *Operands(PyObject *o, const char *fname) {
   PyObject *list = PyList_New(0);
   if (!list) return nullptr;
   auto visit = [list](PyObject *item) { return PyList_Append(list, item); };
-  if (ForEach(o, fname, kNestingBudget, visit) < 0) {
+  if (ForEach(o, fname, kCollectionNesting, visit) < 0) {
     Py_DECREF(list);
     return nullptr;
   }
@@ -249,7 +249,7 @@ PyObject *Prod(PyObject *, PyObject *args) {
   PyObject *product = PyFloat_FromDouble(1.0);
   if (!product) return nullptr;
   auto visit = [&product](PyObject *o) {
-    if (ClassifyOperand(o) < 0) return -1;
+    if (ScalarKind(o) < 0) return -1;
     PyObject *r = PyNumber_InPlaceMultiply(product, o);
     if (!r) return -1;
     Py_SETREF(product, r);
@@ -267,8 +267,8 @@ PyObject *Logical(PyObject *args, int op, const char *fname) {
   if (!list) return nullptr;
   bool constant = true;
   auto visit = [&](PyObject *o) {
-    if (ClassifyOperand(o) < 0) return -1;
-    if (!IsNumber(o)) constant = false;
+    if (ScalarKind(o) < 0) return -1;
+    if (!IsModelNumber(o)) constant = false;
     if (IsNode(o, op)) {  // and(a, and(b, c)) is and(a, b, c)
       PyObject *inner = NodeArgs(o);
       for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(inner); ++i)
@@ -309,211 +309,6 @@ PyObject *Logical(PyObject *args, int op, const char *fname) {
 
 PyObject *And(PyObject *, PyObject *args) { return Logical(args, OpAnd, "And"); }
 PyObject *Or(PyObject *, PyObject *args) { return Logical(args, OpOr, "Or"); }
-
-// --- vars -------------------------------------------------------------------
-
-// The elements of an index set: range(n) for an integer n, else its items.
-// The size of an integer index set, or -1 with an error set.
-Py_ssize_t IndexCount(PyObject *s) {
-  Py_ssize_t n = PyNumber_AsSsize_t(s, PyExc_OverflowError);
-  if (n == -1 && PyErr_Occurred()) return -1;
-  if (n < 0) {
-    PyErr_Format(InterfaceError, "An index set of zorvan.vars cannot have %zd elements", n);
-    return -1;
-  }
-  return n;
-}
-
-PyObject *IndexSet(PyObject *s) {
-  if (PyLong_Check(s) || IsNumpyNumber(s)) {
-    Py_ssize_t n = IndexCount(s);
-    if (n < 0) return nullptr;
-    PyObject *list = PyList_New(n);
-    if (!list) return nullptr;
-    for (Py_ssize_t i = 0; i < n; ++i) {
-      PyObject *v = PyLong_FromSsize_t(i);
-      if (!v) {
-        Py_DECREF(list);
-        return nullptr;
-      }
-      PyList_SET_ITEM(list, i, v);
-    }
-    return list;
-  }
-  if (PyUnicode_Check(s) || PyBytes_Check(s) || !Py_TYPE(s)->tp_iter) {
-    PyErr_Format(InterfaceError,
-                 "An index set of zorvan.vars must be an integer or an iterable, not <%S>", s);
-    return nullptr;
-  }
-  return PySequence_List(s);
-}
-
-// "name(i)" or "name(i,j,...)" with the str of each index element.
-PyObject *IndexedName(PyObject *prefix, PyObject *index, bool tuple) {
-  PyObject *inner;
-  if (tuple) {
-    PyObject *comma = PyUnicode_FromString(",");
-    if (!comma) return nullptr;
-    Py_ssize_t n = PyTuple_GET_SIZE(index);
-    PyObject *parts = PyList_New(n);
-    if (!parts) {
-      Py_DECREF(comma);
-      return nullptr;
-    }
-    for (Py_ssize_t i = 0; i < n; ++i) {
-      PyObject *s = PyObject_Str(PyTuple_GET_ITEM(index, i));
-      if (!s) {
-        Py_DECREF(parts);
-        Py_DECREF(comma);
-        return nullptr;
-      }
-      PyList_SET_ITEM(parts, i, s);
-    }
-    inner = PyUnicode_Join(comma, parts);
-    Py_DECREF(parts);
-    Py_DECREF(comma);
-  } else {
-    inner = PyObject_Str(index);
-  }
-  if (!inner) return nullptr;
-  PyObject *name = PyUnicode_FromFormat("%U(%U)", prefix, inner);
-  Py_DECREF(inner);
-  return name;
-}
-
-PyObject *Vars(PyObject *, PyObject *args, PyObject *kwds) {
-  static const char *const kKeywords[] = {"name", "lb", "ub", "threshold", "vartype"};
-  PyObject *given[5] = {nullptr, nullptr, nullptr, nullptr, nullptr};
-  bool asArray = false;
-  if (kwds) {
-    PyObject *key, *value;
-    Py_ssize_t pos = 0;
-    while (PyDict_Next(kwds, &pos, &key, &value)) {
-      int k = -1;
-      for (int i = 0; i < 5; ++i)
-        if (PyUnicode_Check(key) && PyUnicode_CompareWithASCIIString(key, kKeywords[i]) == 0) k = i;
-      if (k < 0 && PyUnicode_Check(key) && PyUnicode_CompareWithASCIIString(key, "array") == 0) {
-        int t = PyObject_IsTrue(value);
-        if (t < 0) return nullptr;
-        asArray = t == 1;
-        continue;
-      }
-      if (k < 0) {
-        PyErr_Format(InterfaceError, "Unknown keyword argument for zorvan.vars: %S", key);
-        return nullptr;
-      }
-      if (value != Py_None) given[k] = value;
-    }
-  }
-  PyObject *prefix = given[0];
-  if (prefix && !PyUnicode_Check(prefix)) {
-    PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
-    return nullptr;
-  }
-  if (prefix && PyUnicode_GET_LENGTH(prefix) == 0) prefix = nullptr;
-  Py_ssize_t k = PyTuple_GET_SIZE(args);
-  if (k == 0) {
-    PyErr_SetString(InterfaceError, "zorvan.vars needs at least one index set");
-    return nullptr;
-  }
-  // The index sets and the number of variables. An array without names
-  // needs only the sizes of its integer dimensions, not their elements.
-  const bool sizesOnly = asArray && !prefix;
-  std::vector<PyObject *> sets;
-  std::vector<Py_ssize_t> sizes;
-  auto releaseSets = [&sets]() {
-    for (PyObject *s : sets) Py_DECREF(s);
-  };
-  size_t count = 1;
-  for (Py_ssize_t j = 0; j < k; ++j) {
-    PyObject *set = PyTuple_GET_ITEM(args, j);
-    if (asArray && !(PyLong_Check(set) || IsNumpyNumber(set))) {
-      PyErr_Format(InterfaceError,
-                   "zorvan.vars with array=True needs integer dimensions, not <%S>", set);
-      releaseSets();
-      return nullptr;
-    }
-    Py_ssize_t size;
-    if (sizesOnly) {
-      size = IndexCount(set);
-    } else {
-      PyObject *s = IndexSet(set);
-      if (s) sets.push_back(s);
-      size = s ? PyList_GET_SIZE(s) : -1;
-    }
-    if (size < 0) {
-      releaseSets();
-      return nullptr;
-    }
-    sizes.push_back(size);
-    count *= static_cast<size_t>(size);
-  }
-  // A dictionary by index, or an array of the shape of the dimensions.
-  PyObject **elements = nullptr;
-  PyObject *result;
-  if (asArray) {
-    result = NewVarArray(static_cast<int>(k), sizes.data(), &elements);
-  } else {
-    result = PyDict_New();
-  }
-  if (!result) {
-    releaseSets();
-    return nullptr;
-  }
-  // All identifiers at once.
-  uint64_t first;
-  {
-    GilSafeLock lock(VarCounterLock);
-    first = varCounter;
-    varCounter += count;
-  }
-  // Attributes other than the name go through the variable's own
-  // attribute rules: the type first, as it may reset the bounds.
-  static const int kOrder[] = {4, 1, 2, 3};
-  std::vector<Py_ssize_t> position(static_cast<size_t>(k), 0);
-  bool ok = true;
-  for (size_t n = 0; n < count && ok; ++n) {
-    PyObject *index = nullptr;  // the element's index, for names and dictionaries
-    if (!sizesOnly && k == 1) {
-      index = Py_NewRef(PyList_GET_ITEM(sets[0], position[0]));
-    } else if (!sizesOnly) {
-      index = PyTuple_New(k);
-      if (!index) break;
-      for (Py_ssize_t j = 0; j < k; ++j)
-        PyTuple_SET_ITEM(index, j, Py_NewRef(PyList_GET_ITEM(sets[j], position[j])));
-    }
-    auto *v = reinterpret_cast<VarObject *>(VarType.tp_alloc(&VarType, 0));
-    ok = v != nullptr;
-    if (ok) {
-      v->word = (first + n) & kVarIdMask;
-      for (int a : kOrder)
-        if (ok && given[a] && PyObject_SetAttrString(reinterpret_cast<PyObject *>(v), kKeywords[a], given[a]) < 0)
-          ok = false;
-      if (ok && prefix) {
-        PyObject *name = IndexedName(prefix, index, k > 1);
-        ok = name && PyObject_SetAttrString(reinterpret_cast<PyObject *>(v), "name", name) == 0;
-        Py_XDECREF(name);
-      }
-      if (ok && elements)
-        elements[n] = Py_NewRef(reinterpret_cast<PyObject *>(v));
-      else if (ok)
-        ok = PyDict_SetItem(result, index, reinterpret_cast<PyObject *>(v)) == 0;
-      Py_DECREF(v);
-    }
-    Py_XDECREF(index);
-    // Next index, the last set running fastest.
-    for (Py_ssize_t j = k - 1; j >= 0; --j) {
-      if (++position[j] < sizes[static_cast<size_t>(j)]) break;
-      position[j] = 0;
-    }
-  }
-  releaseSets();
-  if (!ok) {
-    Py_DECREF(result);
-    return nullptr;
-  }
-  return result;
-}
 
 }  // namespace
 
@@ -575,29 +370,6 @@ PyMethodDef AggregateFunctions[] = {
               "operand is returned as it is. With numbers only the result is their truth "
               "value; Or() is True, as for And().",
               "zorvan.And, zorvan.nonlinear")},
-    {"vars", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(Vars)),
-     METH_VARARGS | METH_KEYWORDS,
-     ZRV_HELP("Create many variables at once, indexed by one or more index sets.",
-              "x = zorvan.vars(*indexsets, name=None, lb=0, ub=zorvan.infinity, "
-              "threshold=-zorvan.infinity, vartype=zorvan.continuous, array=False)",
-              "indexsets: one or more index sets, each an integer n (for 0, ..., n-1) or an "
-              "iterable of indices (a list, range, tuple, set, string list, ...). name: a "
-              "string the names start with; None or '' keeps the default names (C1, C2, "
-              "...). lb, ub, threshold, vartype: as for zorvan.var, the same for every "
-              "variable. array: with integer index sets only, return a NumPy array of "
-              "data type zorvan.npvar of that shape instead of a dictionary.",
-              "x = zorvan.vars(3, ['a', 'b'], name='x', vartype=zorvan.binary)\n    "
-              "x[2, 'a'].name  # 'x(2,a)'\n    "
-              "y = zorvan.vars(3, 4, name='y', array=True)  # y.shape == (3, 4)\n    "
-              "y[2, 1].name  # 'y(2,1)'",
-              "Returns a dictionary from each index to a new variable: the index is the "
-              "element itself for one set and the tuple of elements for several, in the "
-              "order of the sets with the last one running fastest. The variable of index "
-              "i is named name(i), of index (i, j) name(i,j). The identifiers are taken in "
-              "one block, in the order of the indices. With array=True the element "
-              "[i, j] is the variable of index (i, j); arrays of variables combine "
-              "element-wise with numbers and arrays (x + 1, A @ x, x <= b).",
-              "zorvan.var, zorvan.Sum")},
     {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace zrv

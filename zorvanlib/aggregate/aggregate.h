@@ -1,4 +1,4 @@
-// Module functions that fold collections: Sum, Dot, Prod, And, Or, and the
+// Module functions that fold collections (Sum, Dot, Prod, And, Or) and the
 // variable factory vars.
 #pragma once
 
@@ -8,6 +8,7 @@
 namespace zrv {
 
 // Added to the module at start-up; ends with a null entry.
-extern PyMethodDef AggregateFunctions[];
+extern PyMethodDef AggregateFunctions[];  // aggregate.cpp
+extern PyMethodDef VarsFunctions[];       // vars.cpp
 
 }  // namespace zrv

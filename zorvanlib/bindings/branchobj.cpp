@@ -1,8 +1,11 @@
+// The `branchobj` type: a user branching object (not available yet: its
+// constructor says so), and how its errors are reported.
 #include "bindings/branchobj.h"
 
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
@@ -13,6 +16,11 @@ namespace {
 int BranchObjInit(PyObject *, PyObject *, PyObject *) {
   PyErr_SetString(ModelError, "Branching objects are not available yet");
   return -1;
+}
+
+// The engine has no per-object error text for branching objects yet.
+void RaiseBranchObjError(PyObject *) {
+  PyErr_SetString(SolverError, "Unidentified error associated with a branching object");
 }
 
 void BranchObjDealloc(PyObject *self) {
@@ -27,6 +35,7 @@ void SetupBranchObjType() {
   InitType(t, "zorvan.branchobj", sizeof(BranchObjObject));
   t.tp_init = BranchObjInit;
   t.tp_dealloc = BranchObjDealloc;
+  RegisterErrorSource(&t, RaiseBranchObjError);
   t.tp_doc = ZRV_HELP(
       "A user branching object: custom branches for the branch-and-bound search.",
       "b = zorvan.branchobj(prob, branches=None, isoriginal=True)",

@@ -16,6 +16,5 @@ struct BranchObjObject {
 namespace zrv {
 
 extern PyTypeObject BranchObjType;
-inline bool IsBranchObj(PyObject *o) { return PyObject_TypeCheck(o, &BranchObjType); }
 
 }  // namespace zrv

@@ -1,16 +1,18 @@
+// The `constraint` type: a body between bounds, its identifier and bound
+// codes in one word, with bounds and name beyond the codes in global maps.
 #include "model/constraint.h"
 
 #include <cstddef>
 #include <cstring>
 
-#include "model/arith.h"
 #include "model/expression.h"
 #include "model/operand.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "nonlinear/nonlinear.h"
+#include "model/word_store.h"
+#include "base/arrays.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 #include <structmember.h>
 
@@ -36,38 +38,12 @@ constexpr double kLbUnset = -2e20;
 constexpr double kUbUnset = 2e20;
 constexpr double kRhsUnset = -2e20;
 
-void Store(uint64_t &word, int shift, uint64_t stored, DoubleMap *map, uint64_t code, double v) {
-  word = (word & ~(uint64_t{3} << shift)) | (code << shift);
-  if (code == 3) {
-    if (map) {
-      (*map)[ConId(word)] = v;
-      word |= stored;
-    }
-  } else if (word & stored) {
-    word &= ~stored;
-    if (map) map->erase(ConId(word));
-  }
-}
-
-double Stored(const DoubleMap *map, uint64_t id, double fallback) {
-  if (!map) return fallback;
-  auto it = map->find(id);
-  return it == map->end() ? fallback : it->second;
-}
-
 // Erases the constraint's map entries and clears its flags and codes.
 void ReleaseStore(uint64_t &word) {
   uint64_t id = ConId(word);
   if ((word & kLbStored) && conLbMap) conLbMap->erase(id);
   if ((word & kUbStored) && conUbMap) conUbMap->erase(id);
-  if ((word & kNameStored) && conNameMap) {
-    auto it = conNameMap->find(id);
-    if (it != conNameMap->end()) {
-      PyObject *old = it->second;
-      conNameMap->erase(it);
-      Py_DECREF(old);
-    }
-  }
+  if (word & kNameStored) EraseName(conNameMap, id);
   word = id;
 }
 
@@ -78,13 +54,13 @@ double ConGetLb(uint64_t word) {
     case 0: return -kInfinity;
     case 1: return 0.0;
     case 2: return 1.0;
-    default: return Stored(conLbMap, ConId(word), -kInfinity);
+    default: return StoredBound(conLbMap, ConId(word), -kInfinity);
   }
 }
 
 void ConSetLb(uint64_t &word, double v) {
   uint64_t code = v <= -kInfinity ? 0 : v == 0.0 ? 1 : v == 1.0 ? 2 : 3;
-  Store(word, kLbShift, kLbStored, conLbMap, code, v);
+  StoreBound(word, ConId(word), kLbShift, kLbStored, conLbMap, code, v);
 }
 
 double ConGetUb(uint64_t word) {
@@ -92,39 +68,23 @@ double ConGetUb(uint64_t word) {
     case 0: return kInfinity;
     case 1: return 0.0;
     case 2: return 1.0;
-    default: return Stored(conUbMap, ConId(word), kInfinity);
+    default: return StoredBound(conUbMap, ConId(word), kInfinity);
   }
 }
 
 void ConSetUb(uint64_t &word, double v) {
   uint64_t code = v >= kInfinity ? 0 : v == 0.0 ? 1 : v == 1.0 ? 2 : 3;
-  Store(word, kUbShift, kUbStored, conUbMap, code, v);
+  StoreBound(word, ConId(word), kUbShift, kUbStored, conUbMap, code, v);
 }
 
 PyObject *ConGetName(uint64_t word) {
-  if ((word & kNameStored) && conNameMap) {
-    auto it = conNameMap->find(ConId(word));
-    if (it != conNameMap->end()) {
-      Py_INCREF(it->second);
-      return it->second;
-    }
-  }
+  PyObject *name = (word & kNameStored) ? StoredName(conNameMap, ConId(word)) : nullptr;
+  if (name) return name;
   return PyUnicode_FromFormat("R%d", static_cast<int>(ConId(word)));
 }
 
 void ConSetName(uint64_t &word, PyObject *name) {
-  if (!conNameMap) return;
-  Py_INCREF(name);
-  PyObject *old = nullptr;
-  auto it = conNameMap->find(ConId(word));
-  if (it != conNameMap->end()) {
-    old = it->second;
-    it->second = name;
-  } else {
-    conNameMap->emplace(ConId(word), name);
-  }
-  word |= kNameStored;
-  Py_XDECREF(old);
+  if (StoreName(conNameMap, ConId(word), name)) word |= kNameStored;
 }
 
 // ---------------------------------------------------------------------------
@@ -134,22 +94,6 @@ namespace {
 
 inline ConstraintObject *Con(PyObject *o) { return reinterpret_cast<ConstraintObject *>(o); }
 
-PyObject *ModelError_(const char *text) {
-  PyErr_SetString(ModelError, text);
-  return nullptr;
-}
-
-// A constraint with one new identifier and no bounds; takes body's reference.
-PyObject *NewConstraint(PyObject *body) {
-  PyObject *o = PyType_GenericAlloc(&ConstraintType, 0);
-  if (!o) {
-    Py_XDECREF(body);
-    return nullptr;
-  }
-  Con(o)->word = NextConId() & kConstraintIdMask;
-  Con(o)->body = body;
-  return o;
-}
 
 // The allocation slot takes an identifier, which initialisation replaces.
 PyObject *ConstraintAlloc(PyTypeObject *type, Py_ssize_t n) {
@@ -180,7 +124,7 @@ int ConstraintInit(PyObject *self, PyObject *args, PyObject *kwds) {
   if (lb != kLbUnset) ConSetLb(c->word, lb);
   if (ub != kUbUnset) ConSetUb(c->word, ub);
   PyObject *element = nullptr;  // owned first element of an array body
-  if (body && IsNdarray(body)) {
+  if (body && IsNumpyArray(body)) {
     element = PyObject_CallMethod(body, "item", "i", 0);
     if (!element) return -1;
     body = element;
@@ -344,22 +288,18 @@ PyMemberDef ConstraintMembers[] = {
     {"body", T_OBJECT, offsetof(ConstraintObject, body), 0, "Constraint body"},
     {nullptr, 0, 0, 0, nullptr}};
 
-// The operand priority of the subtraction that makes a constraint body.
-PyObject *Difference(PyObject *a, PyObject *b) {
-  OperandKind ka = KindOf(a), kb = KindOf(b);
-  if (ka == KindNumber && kb == KindNumber) {
-    double v = NumberValue(a);
-    if (v == -1.0 && PyErr_Occurred()) return nullptr;
-    PyObject *e = NewExpression(v);
-    if (!e) return nullptr;
-    PyObject *d = ModelSubtract(e, b);
-    Py_DECREF(e);
-    return d;
-  }
-  return ModelSubtract(a, b);
-}
-
 }  // namespace
+
+PyObject *NewConstraint(PyObject *body) {
+  PyObject *o = PyType_GenericAlloc(&ConstraintType, 0);
+  if (!o) {
+    Py_XDECREF(body);
+    return nullptr;
+  }
+  Con(o)->word = NextConId() & kConstraintIdMask;
+  Con(o)->body = body;
+  return o;
+}
 
 PyObject *UnboundedComparison(PyObject *e, double v, double *rhs) {
   PyObject *body = CopyScaled(e, 1.0);
@@ -381,115 +321,28 @@ PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op) {
   return c;
 }
 
-PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op) {
-  if ((op == Py_LE || op == Py_EQ || op == Py_GE) && KindOf(a) == KindExpression &&
-      KindOf(b) == KindNumber) {
-    double v = NumberValue(b);
-    if (v == -1.0 && PyErr_Occurred()) return nullptr;
-    return CompareExpressionWithNumber(a, v, op);
-  }
-  if (IsNdarray(b)) {
-    if (IsNdarray(a)) {
-      PyErr_SetString(InterfaceError, "Ill-defined constraint array");
-      return nullptr;
-    }
-    int swapped = op == Py_LE ? Py_GE : op == Py_GE ? Py_LE : Py_EQ;
-    return PyObject_RichCompare(b, a, swapped);
-  }
-  PyObject *d = Difference(a, b);
-  if (!d) return nullptr;
-  double rhs = 0.0;
-  switch (KindOf(d)) {
-    case KindExpression: {
-      if (Py_REFCNT(d) > 1) {
-        PyObject *copy = CopyScaled(d, 1.0);
-        Py_DECREF(d);
-        if (!copy) return nullptr;
-        d = copy;
-      }
-      rhs = -AsExpression(d)->constant;
-      AsExpression(d)->constant = 0.0;
-      break;
-    }
-    case KindNonlinear: {
-      auto *node = reinterpret_cast<NonlinearObject *>(d);
-      PyObject *args = node->args;
-      if (node->op == OpSum && (PyList_Check(args) || PyTuple_Check(args))) {
-        Py_ssize_t n = PySequence_Fast_GET_SIZE(args);
-        PyObject *last = n > 0 ? PySequence_Fast_ITEMS(args)[n - 1] : nullptr;
-        if (last && KindOf(last) == KindNumber) {
-          double v = NumberValue(last);
-          PyObject *rest = v == -1.0 && PyErr_Occurred()
-                               ? nullptr
-                               : PySequence_GetSlice(args, 0, n - 1);
-          PyObject *list = rest ? PySequence_List(rest) : nullptr;
-          Py_XDECREF(rest);
-          PyObject *body = list ? MakeNonlinear(OpSum, list, true) : nullptr;
-          Py_XDECREF(list);
-          Py_DECREF(d);
-          if (!body) return nullptr;
-          d = body;
-          rhs = -v;
-        }
-      } else if (node->op == OpMinus && PyTuple_Check(args) && PyTuple_GET_SIZE(args) == 2) {
-        PyObject *l = PyTuple_GET_ITEM(args, 0), *r = PyTuple_GET_ITEM(args, 1);
-        PyObject *keep = nullptr;
-        if (KindOf(l) == KindNumber) {
-          rhs = NumberValue(l);
-          keep = r;
-          if (op == Py_LE)
-            op = Py_GE;
-          else if (op == Py_GE)
-            op = Py_LE;
-        } else if (KindOf(r) == KindNumber) {
-          rhs = NumberValue(r);
-          keep = l;
-        }
-        if (keep) {
-          if (rhs == -1.0 && PyErr_Occurred()) {
-            Py_DECREF(d);
-            return nullptr;
-          }
-          Py_INCREF(keep);
-          Py_DECREF(d);
-          d = keep;
-        }
-      }
-      break;
-    }
-    case KindNumber:
-    case KindVar:
-    case KindLinTerm:
-    case KindQuadTerm:
-      break;
-    default:
-      Py_DECREF(d);
-      return ModelError_("Invalid constraint body");
-  }
-  double lb = -kInfinity, ub = kInfinity;
-  switch (op) {
-    case Py_LE: ub = rhs; break;
-    case Py_EQ: lb = ub = rhs; break;
-    case Py_GE: lb = rhs; break;
-    case Py_LT:
-    case Py_GT:
-    case Py_NE:
-      Py_DECREF(d);
-      return ModelError_("Invalid constraint: cannot enforce f(x) != 0, f(x) > 0, or f(x) < 0");
-    default:
-      Py_DECREF(d);
-      return ModelError_("Invalid constraint: unrecognized comparison operator");
-  }
-  PyObject *c = NewConstraint(d);
-  if (!c) return nullptr;
-  ConSetLb(Con(c)->word, lb);
-  ConSetUb(Con(c)->word, ub);
-  return c;
+namespace {
+
+// A constraint has no truth value: `if x <= 1`, `x in [y, z]` (which compares
+// with ==) or NumPy turning comparisons into booleans would otherwise use
+// True silently.
+int ConstraintBool(PyObject *) {
+  PyErr_SetString(ModelError,
+                  "A constraint has no truth value: add it to a problem with "
+                  "problem.addConstraint instead of testing it (if, and, or, not, or an "
+                  "'in' test comparing modelling objects with ==)");
+  return -1;
 }
+
+PyNumberMethods ConstraintNumberMethods{};
+
+}  // namespace
 
 void SetupConstraintType() {
   PyTypeObject &t = ConstraintType;
   InitType(t, "zorvan.constraint", sizeof(ConstraintObject));
+  ConstraintNumberMethods.nb_bool = ConstraintBool;
+  t.tp_as_number = &ConstraintNumberMethods;
   t.tp_alloc = ConstraintAlloc;
   t.tp_init = ConstraintInit;
   t.tp_dealloc = ConstraintDealloc;

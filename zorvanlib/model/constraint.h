@@ -31,12 +31,12 @@ void ConSetUb(uint64_t &word, double v);
 PyObject *ConGetName(uint64_t word);
 void ConSetName(uint64_t &word, PyObject *name);
 
-// The comparison slot of var, linterm, quadterm, expression and nonlinear:
-// builds a constraint from left OP right.
-PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op);
+// A constraint with one new identifier and no bounds; takes body's
+// reference (also on failure).
+PyObject *NewConstraint(PyObject *body);
 
 // The constraint `e OP v` for an expression e and a number v (op Py_LE,
-// Py_EQ or Py_GE), as ModelRichCompare builds it, without making v an
+// Py_EQ or Py_GE), as a comparison builds it, without making v an
 // object or forming the difference: the body is a copy of e without its
 // constant, which moves into the bound.
 PyObject *CompareExpressionWithNumber(PyObject *e, double v, int op);

@@ -1,19 +1,19 @@
+// The `expression` type: a constant, a linear part and a quadratic part,
+// with in-place accumulation, scaled copies and printing.
 #include "model/expression.h"
 
 #include <cmath>
 #include <new>
 #include <string>
 
-#include "model/arith.h"
 #include "model/constraint.h"
 #include "model/linterm.h"
 #include "model/operand.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "nonlinear/nonlinear.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
@@ -21,19 +21,10 @@ PyTypeObject ExpressionType{};
 
 namespace {
 
-PyNumberMethods ExpressionNumberMethods{};
 
 QuadEntry QuadPair(PyObject *a, PyObject *b, double coef) {
   uint64_t ia = VarIdOf(a), ib = VarIdOf(b);
   return ia <= ib ? QuadEntry{ia, ib, a, b, coef} : QuadEntry{ib, ia, b, a, coef};
-}
-
-bool HasNonzero(const LinearEntries &lin, const QuadraticEntries &quad) {
-  for (const LinEntry &x : lin)
-    if (x.coef != 0.0) return true;
-  for (const QuadEntry &q : quad)
-    if (q.coef != 0.0) return true;
-  return false;
 }
 
 // Copies the entries of src times f into the empty part dst. An unscaled
@@ -186,7 +177,8 @@ PyObject *CopyScaled(PyObject *o, double f) {
     case KindNonlinear: {
       PyObject *factor = PyFloat_FromDouble(f);
       if (!factor) return nullptr;
-      PyObject *r = NonlinearBinary(NlBin::Multiply, factor, o);
+      // The node times the factor, as the nonlinear type's product builds it.
+      PyObject *r = PyNumber_Multiply(factor, o);
       Py_DECREF(factor);
       return r;
     }
@@ -194,31 +186,6 @@ PyObject *CopyScaled(PyObject *o, double f) {
       PyErr_SetString(ModelError, "Cannot copy expression");
       return nullptr;
   }
-}
-
-PyObject *Accumulate(PyObject *left, PyObject *right, double factor) {
-  if (!left || left == Py_None) return CopyScaled(right, factor);
-  OperandKind kl = KindOf(left), kr = KindOf(right);
-  if (kr == KindVector || kl == KindVector || kl == KindInvalid || kr == KindInvalid ||
-      (kl != KindNumber && kl != KindExpression && kl != KindNonlinear))
-    return factor < 0 ? ModelSubtract(left, right) : ModelAdd(left, right);
-  if (kl == KindNonlinear || kr == KindNonlinear)
-    return NonlinearBinary(factor < 0 ? NlBin::Subtract : NlBin::Add, left, right);
-  if (kl == KindNumber) {
-    double v = NumberValue(left);
-    if (v == -1.0 && PyErr_Occurred()) return nullptr;
-    if (kr == KindNumber) {
-      double w = NumberValue(right);
-      if (w == -1.0 && PyErr_Occurred()) return nullptr;
-      return PyFloat_FromDouble(v + factor * w);
-    }
-    PyObject *r = CopyScaled(right, factor);
-    if (r && KindOf(r) == KindExpression) AsExpression(r)->constant += v;
-    return r;
-  }
-  if (ExpressionAddScaled(left, right, factor) < 0) return nullptr;
-  Py_INCREF(left);
-  return left;
 }
 
 LinearEntries ExpressionLinear(PyObject *o) {
@@ -269,7 +236,9 @@ PyObject *ExpressionRepr(PyObject *self) {
   std::string out;
   bool first = true;
   char buf[512];
-  if (e->constant != 0.0 || !HasNonzero(lin, quad)) {
+  // A constant of 0 is left out whenever there are entries, even entries that
+  // are all zero (they are skipped below, so such an expression prints empty).
+  if (e->constant != 0.0 || (lin.empty() && quad.empty())) {
     FormatDouble(buf, "%g", e->constant);
     out += buf;
     first = false;
@@ -386,10 +355,7 @@ void SetupExpressionType() {
   t.tp_dealloc = ExpressionDealloc;
   t.tp_repr = ExpressionRepr;
   t.tp_str = ExpressionRepr;
-  t.tp_richcompare = ModelRichCompare;
   t.tp_methods = ExpressionMethods;
-  FillNumberMethods(ExpressionNumberMethods, true);
-  t.tp_as_number = &ExpressionNumberMethods;
   t.tp_doc = ZRV_HELP(
       "A linear or quadratic expression: a constant, a linear part and a quadratic part.",
       "e = 2 * x + 3 * y - 1\n    e = zorvan.expression()  # the empty expression, 0",

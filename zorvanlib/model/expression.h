@@ -53,7 +53,6 @@ struct ExpressionObject {
   // none; a zero-filled new object holds two empty parts.
   zrv::LinearPart linear;
   zrv::QuadraticPart quadratic;
-  uint64_t reserved;
 };
 
 namespace zrv {
@@ -80,11 +79,6 @@ int ExpressionAddScaled(PyObject *e, PyObject *o, double factor);
 // expression, an expression a scaled copy (entries becoming exactly zero are
 // left out) and a nonlinear tree a copy through the nonlinear operations.
 PyObject *CopyScaled(PyObject *o, double factor);
-
-// The accumulator of in-place sums: left may be null or None (the start), a
-// number, an expression (changed in place and returned) or a nonlinear
-// node; right is added with the factor (1.0 or -1.0). New reference.
-PyObject *Accumulate(PyObject *left, PyObject *right, double factor);
 
 // Ordered entries of the parts (empty when absent); valid until e changes.
 LinearEntries ExpressionLinear(PyObject *e);

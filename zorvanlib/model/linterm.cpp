@@ -1,11 +1,11 @@
+// The `linterm` type: a coefficient times a variable.
 #include "model/linterm.h"
 
-#include "model/arith.h"
 #include "model/constraint.h"
 #include "model/operand.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
@@ -13,7 +13,6 @@ PyTypeObject LinTermType{};
 
 namespace {
 
-PyNumberMethods LinTermNumberMethods{};
 
 inline LinTermObject *Term(PyObject *o) { return reinterpret_cast<LinTermObject *>(o); }
 
@@ -76,10 +75,7 @@ void SetupLinTermType() {
   t.tp_dealloc = LinTermDealloc;
   t.tp_repr = LinTermRepr;
   t.tp_str = LinTermRepr;
-  t.tp_richcompare = ModelRichCompare;
   t.tp_methods = LinTermMethods;
-  FillNumberMethods(LinTermNumberMethods, false);
-  t.tp_as_number = &LinTermNumberMethods;
   t.tp_doc = ZRV_HELP(
       "A linear term: a coefficient times one variable.", "t = 3 * x",
       "None: made by multiplying or dividing a variable by a number (or negating it); the "

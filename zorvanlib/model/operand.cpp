@@ -1,19 +1,16 @@
+// The one operand classifier and the number handling of the modelling
+// types' arithmetic.
 #include "model/operand.h"
 
 #include <cstdio>
 
 #include "model/expression.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/types.h"
-#include "nonlinear/nonlinear.h"
-#include "numpy/bridge.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/types.h"
+#include "base/arrays.h"
 
 namespace zrv {
-
-bool IsNdarray(PyObject *o) { return IsNumpyArray(o); }
-
-bool IsNumpySignedOrFloat(PyObject *o) { return IsNumpyNumber(o); }
 
 OperandKind KindOf(PyObject *o) {
   PyTypeObject *t = Py_TYPE(o);
@@ -24,8 +21,8 @@ OperandKind KindOf(PyObject *o) {
   if (t == &NonlinearType) return KindNonlinear;
   if (PyFloat_Check(o) || PyLong_Check(o)) return KindNumber;
   if (PyUnicode_Check(o) || PyBytes_Check(o)) return KindInvalid;
-  if (IsNdarray(o)) return KindVector;
-  if (IsNumpySignedOrFloat(o)) return KindNumber;
+  if (IsNumpyArray(o)) return KindVector;
+  if (IsNumpyNumber(o)) return KindNumber;
   if (PySequence_Check(o)) return KindVector;
   return KindInvalid;
 }
@@ -59,6 +56,13 @@ PyObject *PlainNumber(PyObject *o) {
   return PyFloat_FromDouble(v);
 }
 
+OperandKind ScalarKind(PyObject *o) {
+  OperandKind k = KindOf(o);
+  if (k >= KindNumber && k <= KindNonlinear) return k;
+  InvalidOperand(o);
+  return KindInvalid;
+}
+
 PyObject *InvalidOperand(PyObject *o) {
   PyErr_Format(ModelError, "Invalid object in operation: <%S>", o);
   return nullptr;
@@ -69,95 +73,23 @@ PyObject *ModelErrorText(const char *text) {
   return nullptr;
 }
 
-namespace {
-
-// Numbers other than Python ints and floats (NumPy scalars) are converted
-// so that the nonlinear classifier accepts them. Returns new references.
-bool PlainOperands(PyObject *&a, PyObject *&b) {
-  PyObject *pa = KindOf(a) == KindNumber ? PlainNumber(a) : (Py_INCREF(a), a);
-  if (!pa) return false;
-  PyObject *pb = KindOf(b) == KindNumber ? PlainNumber(b) : (Py_INCREF(b), b);
-  if (!pb) {
-    Py_DECREF(pa);
-    return false;
-  }
-  a = pa;
-  b = pb;
-  return true;
-}
-
-}  // namespace
-
-PyObject *NonlinearNode(int op, PyObject *a, PyObject *b) {
-  if (!PlainOperands(a, b)) return nullptr;
-  PyObject *r = MakeNonlinearBinary(op, a, b);
-  Py_DECREF(a);
-  Py_DECREF(b);
+PyObject *DivideByVector(PyObject *x, PyObject *divisor) {
+  PyObject *one = PyFloat_FromDouble(1.0);
+  if (!one) return nullptr;
+  PyObject *inv = PyNumber_TrueDivide(one, divisor);
+  Py_DECREF(one);
+  if (!inv) return nullptr;
+  PyObject *r = PyNumber_Multiply(inv, x);
+  Py_DECREF(inv);
   return r;
 }
-
-PyObject *NonlinearBinary(NlBin which, PyObject *a, PyObject *b) {
-  if (!PlainOperands(a, b)) return nullptr;
-  PyNumberMethods *m = NonlinearType.tp_as_number;
-  PyObject *r = nullptr;
-  bool done = false;
-  if (m) {
-    binaryfunc f = nullptr;
-    switch (which) {
-      case NlBin::Add: f = m->nb_add; break;
-      case NlBin::Subtract: f = m->nb_subtract; break;
-      case NlBin::Multiply: f = m->nb_multiply; break;
-      case NlBin::Divide: f = m->nb_true_divide; break;
-      case NlBin::Power: break;
-    }
-    if (which == NlBin::Power && m->nb_power) {
-      r = m->nb_power(a, b, Py_None);
-      done = true;
-    } else if (f) {
-      r = f(a, b);
-      done = true;
-    }
-    if (r == Py_NotImplemented) {
-      Py_DECREF(r);
-      r = nullptr;
-      done = false;
-    }
-  }
-  if (!done) {
-    switch (which) {
-      case NlBin::Add: r = MakeNonlinearFlat(OpSum, a, b); break;
-      case NlBin::Subtract: r = MakeNonlinearBinary(OpMinus, a, b); break;
-      case NlBin::Multiply: r = MakeNonlinearFlat(OpProduct, a, b); break;
-      case NlBin::Divide: r = MakeNonlinearBinary(OpDivide, a, b); break;
-      case NlBin::Power: r = MakeNonlinearBinary(OpPower, a, b); break;
-    }
-  }
-  Py_DECREF(a);
-  Py_DECREF(b);
-  return r;
-}
-
-PyObject *ModelAbsolute(PyObject *self) { return MakeNonlinear(OpAbs, self, false); }
-
-namespace {
-
-PyObject *Logical(int op, PyObject *a, PyObject *b) {
-  OperandKind ka = KindOf(a), kb = KindOf(b);
-  if (kb == KindVector && ka != KindVector)
-    return op == OpAnd ? PyNumber_And(b, a) : PyNumber_Or(b, a);
-  if (ka == KindVector) Py_RETURN_NOTIMPLEMENTED;
-  if (ka == KindInvalid) return InvalidOperand(a);
-  if (kb == KindInvalid) return InvalidOperand(b);
-  return NonlinearNode(op, a, b);
-}
-
-}  // namespace
-
-PyObject *ModelAnd(PyObject *a, PyObject *b) { return Logical(OpAnd, a, b); }
-PyObject *ModelOr(PyObject *a, PyObject *b) { return Logical(OpOr, a, b); }
 
 void FormatDouble(char *out, const char *fmt, double v) { std::snprintf(out, 512, fmt, v); }
 
 PyObject *CheckResult(PyObject *result) { return ReportError(nullptr, result); }
+
+PyObject *EmptyQuadratic(PyObject *, PyObject *) {
+  return CheckResult(Py_BuildValue("([],[],[])"));
+}
 
 }  // namespace zrv

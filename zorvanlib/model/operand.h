@@ -1,6 +1,6 @@
 // Operand handling shared by the arithmetic of variables, terms and
-// expressions: what counts as a number, what is handed to NumPy, and how a
-// result that leaves degree two becomes a nonlinear node.
+// expressions: the one classifier of operands, what counts as a number, and
+// the error texts of invalid operands.
 #pragma once
 
 #define PY_SSIZE_T_CLEAN
@@ -10,7 +10,7 @@
 
 namespace zrv {
 
-// Operand kinds; the values 0 to 5 are those of the nonlinear classifier.
+// Operand kinds: 0 to 5 are the scalar operands a nonlinear node may hold.
 enum OperandKind : int {
   KindInvalid = -1,
   KindNumber = 0,
@@ -22,16 +22,16 @@ enum OperandKind : int {
   KindVector = 6,  // a NumPy array or another sequence (not a string)
 };
 
-// A NumPy array or a subtype of it.
-bool IsNdarray(PyObject *o);
-// A NumPy scalar of a signed integer or floating type (byte, short, int,
-// long, long long, half, float, double).
-bool IsNumpySignedOrFloat(PyObject *o);
-
 // The kind of o; never sets an exception.
 OperandKind KindOf(PyObject *o);
 
+// A number: a Python int (bool included) or float, or a NumPy signed
+// integer or floating scalar.
 inline bool IsModelNumber(PyObject *o) { return KindOf(o) == KindNumber; }
+
+// The kind of a scalar operand (number to nonlinear), or KindInvalid with
+// ModelError "Invalid object in operation: <...>" set.
+OperandKind ScalarKind(PyObject *o);
 
 // The value of a number operand; -1.0 with an exception set on failure
 // (an int too large for a double).
@@ -49,22 +49,17 @@ PyObject *PlainNumber(PyObject *o);
 PyObject *InvalidOperand(PyObject *o);  // "Invalid object in operation: <%S>"
 PyObject *ModelErrorText(const char *text);
 
-// The nonlinear type's own binary operations. When the operation is not
-// provided there, the node is built directly from the operator table.
-enum class NlBin { Add, Subtract, Multiply, Divide, Power };
-PyObject *NonlinearBinary(NlBin which, PyObject *a, PyObject *b);
-// A node of the operator code over the two operands (numbers made plain).
-PyObject *NonlinearNode(int op, PyObject *a, PyObject *b);
-
-// Slots shared by var, linterm, quadterm and expression.
-PyObject *ModelAbsolute(PyObject *self);
-PyObject *ModelAnd(PyObject *a, PyObject *b);
-PyObject *ModelOr(PyObject *a, PyObject *b);
+// x divided by a vector operand: (1 / divisor) * x, so that the vector's
+// own (element-wise) arithmetic does the work. New reference or null.
+PyObject *DivideByVector(PyObject *x, PyObject *divisor);
 
 // Formats a double with a printf format into out (512 bytes).
 void FormatDouble(char *out, const char *fmt, double v);
 
 // The common check on tuples returned by extraction methods.
 PyObject *CheckResult(PyObject *result);
+
+// extractQuadratic of objects without quadratic part: three empty lists.
+PyObject *EmptyQuadratic(PyObject *self, PyObject *);
 
 }  // namespace zrv

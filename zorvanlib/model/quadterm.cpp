@@ -1,14 +1,14 @@
+// The `quadterm` type: a coefficient times the product of two variables.
 #include "model/quadterm.h"
 
 #include <utility>
 
-#include "model/arith.h"
 #include "model/constraint.h"
 #include "model/operand.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
@@ -16,7 +16,6 @@ PyTypeObject QuadTermType{};
 
 namespace {
 
-PyNumberMethods QuadTermNumberMethods{};
 
 inline QuadTermObject *Term(PyObject *o) { return reinterpret_cast<QuadTermObject *>(o); }
 
@@ -88,10 +87,7 @@ void SetupQuadTermType() {
   t.tp_dealloc = QuadTermDealloc;
   t.tp_repr = QuadTermRepr;
   t.tp_str = QuadTermRepr;
-  t.tp_richcompare = ModelRichCompare;
   t.tp_methods = QuadTermMethods;
-  FillNumberMethods(QuadTermNumberMethods, false);
-  t.tp_as_number = &QuadTermNumberMethods;
   t.tp_doc = ZRV_HELP(
       "A quadratic term: a coefficient times the product of two variables.",
       "q = 2 * x * y\n    s = x ** 2",

@@ -1,10 +1,11 @@
+// The `sos` type: a special ordered set of variables with weights.
 #include "model/sos.h"
 
 #include <cstddef>
 
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 #include <structmember.h>
 

@@ -1,66 +1,36 @@
+// The `var` type: a variable in one 64-bit word (identifier, bound codes,
+// type), with bounds, threshold and name beyond the codes in global maps.
 #include "model/var.h"
 
 #include <cmath>
 #include <cstring>
 
-#include "model/arith.h"
 #include "model/constraint.h"
 #include "model/operand.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "model/word_store.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 namespace zrv {
 
 PyTypeObject VarType{};
-PyNumberMethods VarNumberMethods{};
 
 // ---------------------------------------------------------------------------
 // The attribute store
-
-namespace {
-
-void EraseDouble(DoubleMap *map, uint64_t id) {
-  if (map) map->erase(id);
-}
-
-// Writes code and value into the word and the map: code 3 keeps the value in
-// the map, any other code erases an entry stored before.
-void StoreBound(uint64_t &word, int shift, uint64_t stored, DoubleMap *map, uint64_t code,
-                double v) {
-  word = (word & ~(uint64_t{3} << shift)) | (code << shift);
-  uint64_t id = VarId(word);
-  if (code == 3) {
-    if (map) {
-      (*map)[id] = v;
-      word |= stored;
-    }
-  } else if (word & stored) {
-    word &= ~stored;
-    EraseDouble(map, id);
-  }
-}
-
-double StoredValue(const DoubleMap *map, uint64_t id, double fallback) {
-  if (!map) return fallback;
-  auto it = map->find(id);
-  return it == map->end() ? fallback : it->second;
-}
-
-}  // namespace
 
 double VarGetLb(uint64_t word) {
   switch ((word & kVarLbCode) >> kVarLbShift) {
     case 0: return 0.0;
     case 1: return -kInfinity;
     case 2: return 1.0;
-    default: return StoredValue(varLbMap, VarId(word), 0.0);
+    default: return StoredBound(varLbMap, VarId(word), 0.0);
   }
 }
 
 void VarSetLb(uint64_t &word, double v) {
   uint64_t code = v == 0.0 ? 0 : v <= -kInfinity ? 1 : v == 1.0 ? 2 : 3;
-  StoreBound(word, kVarLbShift, kVarLbStored, varLbMap, code, v);
+  StoreBound(word, VarId(word), kVarLbShift, kVarLbStored, varLbMap, code, v);
 }
 
 double VarGetUb(uint64_t word) {
@@ -68,18 +38,18 @@ double VarGetUb(uint64_t word) {
     case 0: return kInfinity;
     case 1: return 0.0;
     case 2: return 1.0;
-    default: return StoredValue(varUbMap, VarId(word), kInfinity);
+    default: return StoredBound(varUbMap, VarId(word), kInfinity);
   }
 }
 
 void VarSetUb(uint64_t &word, double v) {
   uint64_t code = v >= kInfinity ? 0 : v == 0.0 ? 1 : v == 1.0 ? 2 : 3;
-  StoreBound(word, kVarUbShift, kVarUbStored, varUbMap, code, v);
+  StoreBound(word, VarId(word), kVarUbShift, kVarUbStored, varUbMap, code, v);
 }
 
 double VarGetThreshold(uint64_t word) {
   if (!(word & kVarThresholdStored)) return -kInfinity;
-  return StoredValue(varThresholdMap, VarId(word), -kInfinity);
+  return StoredBound(varThresholdMap, VarId(word), -kInfinity);
 }
 
 void VarSetThreshold(uint64_t &word, double v) {
@@ -90,13 +60,8 @@ void VarSetThreshold(uint64_t &word, double v) {
 }
 
 PyObject *VarGetName(uint64_t word) {
-  if ((word & kVarNameStored) && varNameMap) {
-    auto it = varNameMap->find(VarId(word));
-    if (it != varNameMap->end()) {
-      Py_INCREF(it->second);
-      return it->second;
-    }
-  }
+  PyObject *name = (word & kVarNameStored) ? StoredName(varNameMap, VarId(word)) : nullptr;
+  if (name) return name;
   return PyUnicode_FromFormat("C%d", static_cast<int>(VarId(word)));
 }
 
@@ -109,33 +74,15 @@ PyObject *VarNameStr(uint64_t word) {
 }
 
 void VarSetName(uint64_t &word, PyObject *name) {
-  if (!varNameMap) return;
-  Py_INCREF(name);
-  PyObject *old = nullptr;
-  auto it = varNameMap->find(VarId(word));
-  if (it != varNameMap->end()) {
-    old = it->second;
-    it->second = name;
-  } else {
-    varNameMap->emplace(VarId(word), name);
-  }
-  word |= kVarNameStored;
-  Py_XDECREF(old);
+  if (StoreName(varNameMap, VarId(word), name)) word |= kVarNameStored;
 }
 
 void VarReleaseStore(uint64_t &word) {
   uint64_t id = VarId(word);
-  if (word & kVarLbStored) EraseDouble(varLbMap, id);
-  if (word & kVarUbStored) EraseDouble(varUbMap, id);
-  if (word & kVarThresholdStored) EraseDouble(varThresholdMap, id);
-  if ((word & kVarNameStored) && varNameMap) {
-    auto it = varNameMap->find(id);
-    if (it != varNameMap->end()) {
-      PyObject *old = it->second;
-      varNameMap->erase(it);
-      Py_DECREF(old);
-    }
-  }
+  if ((word & kVarLbStored) && varLbMap) varLbMap->erase(id);
+  if ((word & kVarUbStored) && varUbMap) varUbMap->erase(id);
+  if ((word & kVarThresholdStored) && varThresholdMap) varThresholdMap->erase(id);
+  if (word & kVarNameStored) EraseName(varNameMap, id);
   word &= ~(kVarLbStored | kVarUbStored | kVarThresholdStored | kVarNameStored | kVarLbCode |
             kVarUbCode);
 }
@@ -144,9 +91,6 @@ void VarReleaseStore(uint64_t &word) {
 // The type
 
 namespace {
-
-constexpr char kBadVarType[] =
-    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, etc.";
 
 inline uint64_t &Word(PyObject *self) { return reinterpret_cast<VarObject *>(self)->word; }
 
@@ -201,6 +145,22 @@ int ParseVarFast(PyObject *args, PyObject *kwds, PyObject **name, double *lb, do
   return 1;
 }
 
+}  // namespace
+
+void VarSetInitial(uint64_t &word, double lb, double ub, double threshold, int vartype) {
+  if (vartype == 1 && ub == kInfinity) ub = 1.0;
+  if ((vartype == 1 || vartype == 2) && ub >= lb) {
+    lb = std::ceil(lb);
+    ub = std::floor(ub);
+  }
+  if (lb != 0.0) VarSetLb(word, lb);
+  if (ub != kInfinity) VarSetUb(word, ub);
+  if (threshold != -kInfinity) VarSetThreshold(word, threshold);
+  if (vartype != 0) VarSetType(word, vartype);
+}
+
+namespace {
+
 int VarInit(PyObject *self, PyObject *args, PyObject *kwds) {
   PyObject *name = nullptr;
   double lb = 0.0, ub = kInfinity, threshold = -kInfinity;
@@ -209,23 +169,15 @@ int VarInit(PyObject *self, PyObject *args, PyObject *kwds) {
       !PyArg_ParseTupleAndKeywords(args, kwds, "|Odddl", const_cast<char **>(kVarKeywords),
                                    &name, &lb, &ub, &threshold, &vartype))
     return -1;
-  if (vartype == 1 && ub == kInfinity) ub = 1.0;
   if (static_cast<unsigned long>(vartype) >= 6) {
     PyErr_SetString(ModelError, kBadVarType);
     return -1;
-  }
-  if ((vartype == 1 || vartype == 2) && ub >= lb) {
-    lb = std::ceil(lb);
-    ub = std::floor(ub);
   }
   uint64_t &word = Word(self);
   // A second initialisation starts from a clean store.
   if (word) VarReleaseStore(word);
   word = NextVarId() & kVarIdMask;
-  if (lb != 0.0) VarSetLb(word, lb);
-  if (ub != kInfinity) VarSetUb(word, ub);
-  if (threshold != -kInfinity) VarSetThreshold(word, threshold);
-  if (vartype != 0) VarSetType(word, static_cast<int>(vartype));
+  VarSetInitial(word, lb, ub, threshold, static_cast<int>(vartype));
   if (name && name != Py_None) {
     if (!PyUnicode_Check(name) && !PyBytes_Check(name)) {
       PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
@@ -274,7 +226,7 @@ PyObject *VarGetAttr(PyObject *self, PyObject *name) {
       if (!std::strcmp(n, "threshold")) return PyFloat_FromDouble(VarGetThreshold(word));
       break;
     case 'v':
-      if (!std::strcmp(n, "vartype")) return PyLong_FromLong(VarType_(word));
+      if (!std::strcmp(n, "vartype")) return PyLong_FromLong(VarTypeCode(word));
       break;
     case 'n':
       if (!std::strcmp(n, "name")) {
@@ -318,7 +270,7 @@ int VarSetAttr(PyObject *self, PyObject *name, PyObject *value) {
   if (lb || !std::strcmp(n, "ub")) {
     double v = PyFloat_AsDouble(value);
     if (v == -1.0 && PyErr_Occurred()) return -1;
-    int type = VarType_(word);
+    int type = VarTypeCode(word);
     // A binary variable with a bound outside [0, 1] becomes integer.
     if (type == 1 && (v < 0.0 || v > 1.0)) {
       type = 2;
@@ -344,7 +296,7 @@ int VarSetAttr(PyObject *self, PyObject *name, PyObject *value) {
       PyErr_SetString(ModelError, kBadVarType);
       return -1;
     }
-    int old = VarType_(word);
+    int old = VarTypeCode(word);
     if (t == 1 && old != 1) {
       VarSetLb(word, 0.0);
       VarSetUb(word, 1.0);
@@ -395,10 +347,7 @@ void SetupVarType() {
   t.tp_hash = VarHash;
   t.tp_getattro = VarGetAttr;
   t.tp_setattro = VarSetAttr;
-  t.tp_richcompare = ModelRichCompare;
   t.tp_methods = VarMethods;
-  FillNumberMethods(VarNumberMethods, false);
-  t.tp_as_number = &VarNumberMethods;
   t.tp_doc = ZRV_HELP(
       "A decision variable of an optimization problem.",
       "x = zorvan.var(name=None, lb=0, ub=zorvan.infinity, threshold=-zorvan.infinity, "

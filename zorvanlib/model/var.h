@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+#include "zorvan/zrvs.h"
+
 struct VarObject {
   PyObject_HEAD
   uint64_t word;  // 0: allocated but not initialized
@@ -28,12 +30,17 @@ constexpr uint64_t kVarNameStored = uint64_t{1} << 59;
 constexpr int kVarTypeShift = 60;
 constexpr uint64_t kVarTypeMask = uint64_t{7} << kVarTypeShift;
 
-constexpr double kInfinity = 1e20;
+// Bounds at or beyond this are no bound.
+constexpr double kInfinity = ZRVS_PLUSINFINITY;
+
+inline constexpr char kBadVarType[] =
+    "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, etc.";
 
 inline uint64_t VarId(uint64_t word) { return word & kVarIdMask; }
 inline uint64_t VarWordOf(PyObject *v) { return reinterpret_cast<VarObject *>(v)->word; }
 inline uint64_t VarIdOf(PyObject *v) { return VarId(VarWordOf(v)); }
-inline int VarType_(uint64_t word) { return static_cast<int>((word & kVarTypeMask) >> kVarTypeShift); }
+// The type of a variable as its code (the constants continuous ... partiallyinteger).
+inline int VarTypeCode(uint64_t word) { return static_cast<int>((word & kVarTypeMask) >> kVarTypeShift); }
 inline void VarSetType(uint64_t &word, int type) {
   word = (word & ~kVarTypeMask) | (static_cast<uint64_t>(type & 7) << kVarTypeShift);
 }
@@ -50,6 +57,10 @@ PyObject *VarGetName(uint64_t word);
 // The name as a str (the stored object's str when it is not a string).
 PyObject *VarNameStr(uint64_t word);
 void VarSetName(uint64_t &word, PyObject *name);
+// The attributes of a new variable from its constructor's arguments (type
+// 0..5 already checked): a binary without upper bound gets 1, binaries and
+// integers get integral bounds.
+void VarSetInitial(uint64_t &word, double lb, double ub, double threshold, int vartype);
 // Erases every map entry of the variable and clears its flags.
 void VarReleaseStore(uint64_t &word);
 

@@ -1,8 +1,11 @@
+// The named constants published as module attributes; values the engine's
+// header defines are taken from it.
 #include "module/constants.h"
 
 #include <cmath>
 
-#include "module/globals.h"
+#include "base/globals.h"
+#include "zorvan/zrvs.h"
 
 namespace zrv {
 
@@ -20,38 +23,49 @@ const Constant kConstants[] = {
     {"continuous", false, 0}, {"binary", false, 1}, {"integer", false, 2},
     {"semicontinuous", false, 3}, {"semiinteger", false, 4}, {"partiallyinteger", false, 5},
     // Objective senses.
-    {"minimize", false, 1}, {"maximize", false, -1},
+    {"minimize", false, ZRVS_OBJ_MINIMIZE}, {"maximize", false, ZRVS_OBJ_MAXIMIZE},
     // Constraint types.
     {"leq", false, 1}, {"geq", false, 2}, {"eq", false, 3}, {"rng", false, 4},
     // Bounds at or beyond this value are unbounded.
-    {"infinity", true, 1e20},
+    {"infinity", true, ZRVS_PLUSINFINITY},
     // Solution information.
     {"solinfo_absprimalinfeas", false, 0}, {"solinfo_relprimalinfeas", false, 1},
     {"solinfo_absdualinfeas", false, 2}, {"solinfo_reldualinfeas", false, 3},
     {"solinfo_maxmipfractional", false, 4},
     // Basis status.
-    {"basis_nonbasic_lower", false, 0}, {"basis_basic", false, 1},
-    {"basis_nonbasic_upper", false, 2}, {"basis_superbasic", false, 3},
+    {"basis_nonbasic_lower", false, ZRVS_BASIS_NONBASIC_LOWER},
+    {"basis_basic", false, ZRVS_BASIS_BASIC},
+    {"basis_nonbasic_upper", false, ZRVS_BASIS_NONBASIC_UPPER},
+    {"basis_superbasic", false, ZRVS_BASIS_SUPERBASIC},
     // LP status.
-    {"lp_unstarted", false, 0}, {"lp_optimal", false, 1}, {"lp_infeas", false, 2},
-    {"lp_cutoff", false, 3}, {"lp_unfinished", false, 4}, {"lp_unbounded", false, 5},
-    {"lp_cutoff_in_dual", false, 6}, {"lp_unsolved", false, 7}, {"lp_nonconvex", false, 8},
+    {"lp_unstarted", false, ZRVS_LP_UNSTARTED}, {"lp_optimal", false, ZRVS_LP_OPTIMAL},
+    {"lp_infeas", false, ZRVS_LP_INFEAS},
+    {"lp_cutoff", false, ZRVS_LP_CUTOFF}, {"lp_unfinished", false, ZRVS_LP_UNFINISHED},
+    {"lp_unbounded", false, ZRVS_LP_UNBOUNDED},
+    {"lp_cutoff_in_dual", false, ZRVS_LP_CUTOFF_IN_DUAL}, {"lp_unsolved", false, ZRVS_LP_UNSOLVED},
+    {"lp_nonconvex", false, ZRVS_LP_NONCONVEX},
     // MIP status.
-    {"mip_not_loaded", false, 0}, {"mip_lp_not_optimal", false, 1},
-    {"mip_lp_optimal", false, 2}, {"mip_no_sol_found", false, 3},
-    {"mip_solution", false, 4}, {"mip_infeas", false, 5}, {"mip_optimal", false, 6},
-    {"mip_unbounded", false, 7},
+    {"mip_not_loaded", false, ZRVS_MIP_NOT_LOADED},
+    {"mip_lp_not_optimal", false, ZRVS_MIP_LP_NOT_OPTIMAL},
+    {"mip_lp_optimal", false, ZRVS_MIP_LP_OPTIMAL},
+    {"mip_no_sol_found", false, ZRVS_MIP_NO_SOL_FOUND},
+    {"mip_solution", false, ZRVS_MIP_SOLUTION}, {"mip_infeas", false, ZRVS_MIP_INFEAS},
+    {"mip_optimal", false, ZRVS_MIP_OPTIMAL},
+    {"mip_unbounded", false, ZRVS_MIP_UNBOUNDED},
     // Nonlinear status; older and newer names share values on purpose.
     {"nlp_unstarted", false, 0}, {"nlp_solution", false, 1},
     {"nlp_locally_optimal", false, 1}, {"nlp_optimal", false, 2},
     {"nlp_globally_optimal", false, 2}, {"nlp_locally_infeasible", false, 3},
     {"nlp_infeasible", false, 4}, {"nlp_unbounded", false, 5}, {"nlp_unfinished", false, 6},
     // Stop reasons (11 and 12 are not published).
-    {"stop_timelimit", false, 1}, {"stop_ctrlc", false, 2}, {"stop_nodelimit", false, 3},
-    {"stop_iterlimit", false, 4}, {"stop_mipgap", false, 5}, {"stop_sollimit", false, 6},
-    {"stop_genericerror", false, 7}, {"stop_memoryerror", false, 8},
-    {"stop_user", false, 9}, {"stop_solvecomplete", false, 10},
-    {"stop_numericalerror", false, 13},
+    {"stop_timelimit", false, ZRVS_STOP_TIMELIMIT}, {"stop_ctrlc", false, ZRVS_STOP_CTRLC},
+    {"stop_nodelimit", false, ZRVS_STOP_NODELIMIT},
+    {"stop_iterlimit", false, ZRVS_STOP_ITERLIMIT}, {"stop_mipgap", false, ZRVS_STOP_MIPGAP},
+    {"stop_sollimit", false, ZRVS_STOP_SOLLIMIT},
+    {"stop_genericerror", false, ZRVS_STOP_GENERICERROR},
+    {"stop_memoryerror", false, ZRVS_STOP_MEMORYERROR},
+    {"stop_user", false, ZRVS_STOP_USER}, {"stop_solvecomplete", false, ZRVS_STOP_SOLVECOMPLETE},
+    {"stop_numericalerror", false, ZRVS_STOP_NUMERICALERROR},
     // Control and attribute types.
     {"type_notdefined", false, 0}, {"type_int", false, 1}, {"type_int64", false, 2},
     {"type_double", false, 3}, {"type_string", false, 4},
@@ -92,12 +106,16 @@ const Constant kConstants[] = {
     {"ifun_min", false, 33}, {"ifun_max", false, 34}, {"ifun_pwl", false, 35},
     {"ifun_sign", false, 46}, {"ifun_erf", false, 49}, {"ifun_erfc", false, 50},
     // Solve status.
-    {"solvestatus_unstarted", false, 0}, {"solvestatus_stopped", false, 1},
-    {"solvestatus_failed", false, 2}, {"solvestatus_completed", false, 3},
+    {"solvestatus_unstarted", false, ZRVS_SOLVESTATUS_UNSTARTED},
+    {"solvestatus_stopped", false, ZRVS_SOLVESTATUS_STOPPED},
+    {"solvestatus_failed", false, ZRVS_SOLVESTATUS_FAILED},
+    {"solvestatus_completed", false, ZRVS_SOLVESTATUS_COMPLETED},
     // Solution status.
-    {"solstatus_notfound", false, 0}, {"solstatus_optimal", false, 1},
-    {"solstatus_feasible", false, 2}, {"solstatus_infeasible", false, 3},
-    {"solstatus_unbounded", false, 4},
+    {"solstatus_notfound", false, ZRVS_SOLSTATUS_NOTFOUND},
+    {"solstatus_optimal", false, ZRVS_SOLSTATUS_OPTIMAL},
+    {"solstatus_feasible", false, ZRVS_SOLSTATUS_FEASIBLE},
+    {"solstatus_infeasible", false, ZRVS_SOLSTATUS_INFEASIBLE},
+    {"solstatus_unbounded", false, ZRVS_SOLSTATUS_UNBOUNDED},
     // Name kinds.
     {"names_row", false, 1}, {"names_column", false, 2}, {"names_set", false, 3},
     {"names_pwlcons", false, 4}, {"names_gencons", false, 5},
@@ -116,18 +134,6 @@ int PublishConstants(PyObject *module) {
     int rc = PyModule_AddObjectRef(module, c->name, value);
     Py_DECREF(value);
     if (rc < 0) return -1;
-  }
-  {
-    std::lock_guard<std::mutex> lock(VarCounterLock);
-    varCounter = 1;
-  }
-  {
-    std::lock_guard<std::mutex> lock(ConstraintCounterLock);
-    conCounter = 1;
-  }
-  {
-    std::lock_guard<std::mutex> lock(SosCounterLock);
-    sosCounter = 1;
   }
   return 0;
 }

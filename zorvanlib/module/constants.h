@@ -6,7 +6,7 @@
 
 namespace zrv {
 
-// Adds every constant to the module and sets the serial counters to 1.
+// Adds every constant to the module.
 // Returns 0, or -1 with a Python error set.
 int PublishConstants(PyObject *module);
 

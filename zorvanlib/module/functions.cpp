@@ -3,11 +3,15 @@
 
 #include <utility>
 
-#include "module/environment.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "problem/control.h"
+#include "base/environment.h"
+#include "controls/catalogue.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "module/evaluate.h"
+#include "controls/control.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -33,7 +37,10 @@ PyObject *ArgumentError() {
   return nullptr;
 }
 
-PyObject *Init(PyObject *, PyObject *arg) {
+PyObject *Init(PyObject *, PyObject *args) {
+  // A missing argument counts as None.
+  PyObject *arg = Py_None;
+  if (!PyArg_UnpackTuple(args, "_init", 0, 1, &arg)) return ArgumentError();
   const char *path = nullptr;
   if (PyUnicode_Check(arg)) {
     path = PyUnicode_AsUTF8(arg);
@@ -47,6 +54,8 @@ PyObject *Init(PyObject *, PyObject *arg) {
 }
 
 PyObject *Free(PyObject *, PyObject *) {
+  // The last stop releases every problem; not while one of them is solved.
+  if (GetEnvCount() == 1 && AnyProblemSolving("zorvan.free()")) return nullptr;
   StopEnvironment(true);
   return PyBool_FromLong(GetEnvCount() >= 1);
 }
@@ -58,7 +67,7 @@ PyObject *GetLastError(PyObject *, PyObject *) {
   if (ZRVS_ge_getlasterror(&code, msg, sizeof msg, &nbytes) != 0)
     return ReportError(nullptr, nullptr);
   msg[sizeof msg - 1] = '\0';
-  return ReportError(nullptr, Py_BuildValue("(is)", code, msg));
+  return ReportError(nullptr, Py_BuildValue("(iN)", code, TextFromEngine(msg)));
 }
 
 PyObject *GetVersion(PyObject *, PyObject *) {
@@ -225,9 +234,9 @@ PyMethodDef ModuleMethods[] = {
               "module-wide stores; releasing the objects removes their entries. This diagnostic "
               "returns a dict from store name to its number of entries.",
               "zorvan.var, zorvan.constraint")},
-    {"_init", Init, METH_O,
-     ZRV_HELP("Start the optimization engine explicitly.", "zorvan._init(path)",
-              "path: the engine's installation directory, or None for the default.",
+    {"_init", Init, METH_VARARGS,
+     ZRV_HELP("Start the optimization engine explicitly.", "zorvan._init(path=None)",
+              "path: the engine's installation directory, or None (or nothing) for the default.",
               "zorvan._init(None)",
               "The engine starts by itself when first needed; every _init needs a matching "
               "zorvan.free().",
@@ -336,6 +345,8 @@ PyMethodDef ModuleMethods[] = {
               "zorvan._getcontrols().presolve = 0  # every new problem: no presolve",
               "Reading a control gives the user default if set, else the engine's default.",
               "zorvan.setdefaultcontrol, zorvan.setdefaults, problem.controls")},
+    {"evaluate", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(ModuleEvaluate)),
+     METH_VARARGS | METH_KEYWORDS, EvaluateDoc},
     {nullptr, nullptr, 0, nullptr},
 };
 

@@ -1,10 +1,11 @@
 // Python functions as global message handlers of the engine.
-#include "callbacks/handles.h"
-#include "module/environment.h"
-#include "module/errors.h"
+#include "base/handles.h"
+#include "base/environment.h"
+#include "base/errors.h"
 #include "module/functions.h"
-#include "module/globals.h"
-#include "module/output.h"
+#include "base/globals.h"
+#include "base/output.h"
+#include "base/text.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -30,7 +31,8 @@ int HandlerTrampoline(void *object, void *data, void *thread, const char *msg, i
       PyObject *pointer = NewGeneric(thread);
       PyObject *call = nullptr;
       if (wrapped && pointer)
-        call = Py_BuildValue("(OOOsll)", wrapped, user, pointer, msg, static_cast<long>(len),
+        call = Py_BuildValue("(OOONll)", wrapped, user, pointer, TextFromEngine(msg ? msg : ""),
+                             static_cast<long>(len),
                              static_cast<long>(msgtype));
       PyObject *r = call ? PyObject_Call(handler, call, nullptr) : nullptr;
       // The result is ignored. A failure of the handler is reported here, so

@@ -1,14 +1,22 @@
-// Module initialisation and teardown.
+// Module initialisation and teardown: the composition root that readies
+// every type, installs the operators, wires the hooks of the lower floors
+// and fills the module.
 #include "aggregate/aggregate.h"
+#include "algebra/arith.h"
 #include "module/constants.h"
-#include "module/environment.h"
-#include "module/errors.h"
+#include "base/enums.h"
+#include "base/environment.h"
+#include "base/errors.h"
 #include "module/functions.h"
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/types.h"
 #include "nonlinear/functions.h"
+#include "base/arrays.h"
 #include "numpy/bridge.h"
-#include "problem/control.h"
+#include "controls/catalogue.h"
+#include "controls/control.h"
+#include "problem/method_table.h"
+#include "problem/problem.h"
 
 namespace zrv {
 
@@ -46,6 +54,7 @@ void ReleaseTables() {
 
 void ModuleFree(void *) {
   ReleaseTables();
+  ReleaseEnums();
   FreeMaps();
   StopEnvironment(false);
   Py_CLEAR(ModelError);
@@ -59,7 +68,8 @@ int AddType(PyObject *module, const char *name, PyTypeObject *type) {
 }
 
 PyObject *Initialise() {
-  // 1: the locks are process-wide objects, ready before this runs.
+  // The locks are process-wide objects, ready before this runs. Each type's
+  // slots first, then the operators that join the modelling types.
   SetupVarType();
   SetupSosType();
   SetupExpressionType();
@@ -75,18 +85,20 @@ PyObject *Initialise() {
   SetupLinTermType();
   SetupQuadTermType();
   SetupNonlinearType();
-  // 2: construction of these happens in their initialisers.
+  InstallOperators();
+  SetEnvironmentHooks({EnsureCatalogue, ReleaseAllProblems});
+  // Construction of these happens in their initialisers.
   for (PyTypeObject *t : {&SosType, &ExpressionType, &ConstraintType, &ControlType,
                           &BranchObjType, &PoolCutType, &ZrvsObjectType, &GenericType,
                           &LinTermType, &QuadTermType})
     t->tp_new = PyType_GenericNew;
-  // 3
+  if (BuildProblemMethods() < 0) return nullptr;
   for (PyTypeObject *t : AllTypes)
     if (PyType_Ready(t) < 0) return nullptr;
-  // 4
   PyObject *module = PyModule_Create2(&ModuleDef, 1013);
   if (!module) return nullptr;
-  // 5
+  // The tables of controls, user defaults and message handlers, and a
+  // fresh count of engine starts.
   PyObject *own_defaults = PyDict_New();
   if (own_defaults) {
     DefaultControls = NewControlView(nullptr, own_defaults);
@@ -108,16 +120,15 @@ PyObject *Initialise() {
   }
   bool ok = DefaultControls && UserDefaults && ControlDict && AttributeDict && CatalogueDict &&
             MessageHandlers;
-  // 6
+  // The property maps of variables and constraints, and the exceptions.
   if (ok) CreateMaps();
-  // 7
   if (ok) {
     ModelError = PyErr_NewException("zorvan.ModelError", nullptr, nullptr);
     InterfaceError = PyErr_NewException("zorvan.InterfaceError", nullptr, nullptr);
     SolverError = PyErr_NewException("zorvan.SolverError", nullptr, nullptr);
     ok = ModelError && InterfaceError && SolverError;
   }
-  // 8
+  // The public types and exceptions.
   ok = ok && AddType(module, "var", &VarType) == 0 &&
        AddType(module, "expression", &ExpressionType) == 0 &&
        AddType(module, "sos", &SosType) == 0 &&
@@ -128,13 +139,14 @@ PyObject *Initialise() {
        PyModule_AddObjectRef(module, "ModelError", ModelError) == 0 &&
        PyModule_AddObjectRef(module, "InterfaceError", InterfaceError) == 0 &&
        PyModule_AddObjectRef(module, "SolverError", SolverError) == 0;
-  // 9
-  ok = ok && BindNumpy() == 0 && RegisterNumpyTypes() == 0;
-  // 10
+  // NumPy: its interfaces, then the module's data types and their loops.
+  ok = ok && BindNumpy() == 0 && RegisterNumpyTypes() == 0 && RegisterNumpyLoops() == 0;
+  // Constants, fresh serial counters and module functions.
   ok = ok && PublishConstants(module) == 0;
+  if (ok) ResetSerialCounters();
   ok = ok && PyModule_AddFunctions(module, NonlinearFunctions) == 0 &&
-       PyModule_AddFunctions(module, AggregateFunctions) == 0;
-  // 11
+       PyModule_AddFunctions(module, AggregateFunctions) == 0 &&
+       PyModule_AddFunctions(module, VarsFunctions) == 0;
   ok = ok && AddNumpyTypes(module) == 0;
   if (!ok) {
     // ModuleFree runs when the module object goes; clear what it would see.
@@ -148,7 +160,6 @@ PyObject *Initialise() {
       PyErr_SetString(PyExc_RuntimeError, "Error initializing the Zorvan module");
     return nullptr;
   }
-  // 12
   Module = module;
   return module;
 }

@@ -1,22 +1,20 @@
-// zorvan.evaluate and the evaluation routine behind it (also used by
-// problem.getSolution): the value of any modelling object at a point.
+// The evaluation routine behind zorvan.evaluate and problem.getSolution: the
+// value of any modelling object at a point.
 #include "nonlinear/evaluate.h"
 
 #include <cmath>
 #include <vector>
 
-#include "bindings/convert.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/containers.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/containers.h"
+#include "base/index_map.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
 #include "nonlinear/nonlinear_internal.h"
-#include "problem/problem.h"
-#include "problem/solution.h"
 
 namespace zrv {
 
@@ -28,13 +26,17 @@ void DepthExceeded() {
   PyErr_SetString(ModelError, "Evaluation of expression exceeded recursion depth limit");
 }
 
-// The tolerance of And and Or: the user's default "miptol" when one is set.
+// The tolerance of And and Or: "miptol" of a fresh problem, from the table of
+// default control values held by the module's default-controls object (filled
+// when the control catalogue is loaded), else 5e-6.
 double LogicTolerance() {
-  if (!UserDefaults || !PyDict_Check(UserDefaults)) return kDefaultLogicTolerance;
-  PyObject *v = PyDict_GetItemString(UserDefaults, "miptol");  // borrowed
-  if (!v) return kDefaultLogicTolerance;
-  double t = PyFloat_AsDouble(v);
-  if (t == -1.0 && PyErr_Occurred()) {
+  if (!DefaultControls) return kDefaultLogicTolerance;
+  // The object's __dict__ is that table (the user's defaults are apart).
+  PyObject *table = PyObject_GetAttrString(DefaultControls, "__dict__");
+  PyObject *v = table && PyDict_Check(table) ? PyDict_GetItemString(table, "miptol") : nullptr;
+  double t = v ? PyFloat_AsDouble(v) : kDefaultLogicTolerance;
+  Py_XDECREF(table);
+  if (PyErr_Occurred()) {
     PyErr_Clear();
     return kDefaultLogicTolerance;
   }
@@ -53,8 +55,8 @@ int VarValue(PyObject *var, const EvalPoint &pt, double *out) {
     *out = d;
     return 0;
   }
-  if (pt.problem && pt.problem->colmap) {
-    int32_t col = pt.problem->colmap->Find(VarIdOf(var));
+  if (pt.columns) {
+    int32_t col = pt.columns->Find(VarIdOf(var));
     if (col >= 0 && col < pt.count) {
       *out = pt.values[col];
       return 0;
@@ -69,7 +71,7 @@ int NodeValue(PyObject *node, const EvalPoint &pt, int depth, double *out);
 
 // The value of a number, modelling object or nonlinear node.
 int Value(PyObject *o, const EvalPoint &pt, int depth, double *out) {
-  if (IsNumber(o)) {
+  if (IsModelNumber(o)) {
     double v = PyFloat_AsDouble(o);
     if (v == -1.0 && PyErr_Occurred()) return -1;
     *out = v;
@@ -323,7 +325,7 @@ int NodeValue(PyObject *node, const EvalPoint &pt, int depth, double *out) {
 
 bool IsModelObject(PyObject *o) {
   PyTypeObject *t = Py_TYPE(o);
-  return IsNumber(o) || t == &VarType || t == &LinTermType || t == &QuadTermType ||
+  return IsModelNumber(o) || t == &VarType || t == &LinTermType || t == &QuadTermType ||
          PyObject_TypeCheck(o, &ExpressionType) || IsNonlinear(o);
 }
 
@@ -339,7 +341,7 @@ PyObject *EvaluateArray(PyObject *o, const EvalPoint &pt) {
   for (Py_ssize_t i = 0; i < n; ++i) {
     double v;
     PyObject *f = nullptr;
-    if (Value(PyList_GET_ITEM(items, i), pt, kDepthBudget, &v) < 0 ||
+    if (Value(PyList_GET_ITEM(items, i), pt, kTreeDepth, &v) < 0 ||
         !(f = PyFloat_FromDouble(v))) {
       Py_DECREF(items);
       return nullptr;
@@ -364,7 +366,7 @@ PyObject *Evaluate(PyObject *o, const EvalPoint &pt, int depth) {
   }
   if (IsModelObject(o)) {
     double v;
-    if (Value(o, pt, kDepthBudget, &v) < 0) return nullptr;
+    if (Value(o, pt, kTreeDepth, &v) < 0) return nullptr;
     return PyFloat_FromDouble(v);
   }
   if (PyTuple_Check(o) || PyList_Check(o)) {
@@ -403,102 +405,20 @@ PyObject *Evaluate(PyObject *o, const EvalPoint &pt, int depth) {
   return nullptr;
 }
 
-bool OneDimensional(PyObject *array) {
-  PyObject *ndim = PyObject_GetAttrString(array, "ndim");
-  long n = ndim ? PyLong_AsLong(ndim) : -1;
-  Py_XDECREF(ndim);
-  PyErr_Clear();
-  return n == 1;
-}
-
 }  // namespace
 
 int EvaluateValue(PyObject *o, const EvalPoint &point, double *out) {
-  return Value(o, point, kDepthBudget, out);
+  return Value(o, point, kTreeDepth, out);
 }
 
 PyObject *EvaluateObject(PyObject *o, const EvalPoint &point) {
-  return Evaluate(o, point, kDepthBudget);
+  return Evaluate(o, point, kTreeDepth);
 }
 
-PyObject *ModuleEvaluate(PyObject *, PyObject *args, PyObject *kwds) {
-  static const char *keywords[] = {"problem", "solution", nullptr};
-  PyObject *problem = Py_None, *solution = Py_None;
-  PyObject *empty = PyTuple_New(0);
-  if (!empty) return nullptr;
-  int ok = PyArg_ParseTupleAndKeywords(empty, kwds, "|OO", const_cast<char **>(keywords),
-                                       &problem, &solution);
-  Py_DECREF(empty);
-  if (!ok) return nullptr;
-  ProblemObject *p = nullptr;
-  if (problem != Py_None) {
-    if (!IsProblem(problem)) {
-      PyErr_SetString(InterfaceError, "Argument \"problem\" must be an zorvan.problem object");
-      return nullptr;
-    }
-    p = reinterpret_cast<ProblemObject *>(problem);
-    if (NotInitialized(p)) return nullptr;
-  }
-  EvalPoint point;
-  std::vector<double> current;
-  NativeArray given;
-  if (solution == Py_None) {
-    if (!p) {
-      PyErr_SetString(InterfaceError,
-                      "zorvan.evaluate() requires at least one of the two arguments \"solution\" "
-                      "and \"problem\".\nSee the documentation of zorvan.evaluate for details.");
-      return nullptr;
-    }
-    if (FetchPrimal(p, current) < 0) return nullptr;
-    point.values = current.data();
-    point.count = static_cast<Py_ssize_t>(current.size());
-    point.problem = p;
-  } else if (PyDict_Check(solution)) {
-    point.dict = solution;
-  } else if (PyList_Check(solution) || IsNumpyArray(solution)) {
-    if (!p) {
-      PyErr_SetString(InterfaceError,
-                      "Argument \"problem\" is necessary when passing a list or NumPy array of "
-                      "variable values");
-      return nullptr;
-    }
-    if (IsNumpyArray(solution) && !OneDimensional(solution)) {
-      PyErr_SetString(InterfaceError,
-                      "Argument \"solution\" must be a dictionary, a list, or a one-dimensional "
-                      "NumPy array.\nSee the documentation for zorvan.evaluate");
-      return nullptr;
-    }
-    Py_ssize_t length = -1;
-    if (SequenceToArray(p, &length, solution, given.slot(), ElemDouble) < 0) return nullptr;
-    point.values = given.as<double>();
-    point.count = length;
-    point.problem = p;
-  } else {
-    PyErr_SetString(InterfaceError,
-                    "Argument \"solution\" must be a dictionary, a list, or a one-dimensional "
-                    "NumPy array.\nSee the documentation for zorvan.evaluate");
-    return nullptr;
-  }
+PyObject *EvaluateArguments(PyObject *args, const EvalPoint &point) {
   Py_ssize_t n = PyTuple_GET_SIZE(args);
-  if (n == 1) return Evaluate(PyTuple_GET_ITEM(args, 0), point, kDepthBudget);
-  return Evaluate(args, point, kDepthBudget + 1);  // the argument tuple is no nesting level
+  if (n == 1) return Evaluate(PyTuple_GET_ITEM(args, 0), point, kTreeDepth);
+  return Evaluate(args, point, kTreeDepth + 1);  // the argument tuple is no nesting level
 }
-
-
-const char EvaluateDoc[] =
-     ZRV_HELP("Compute the value of modelling objects at a point.",
-              "zorvan.evaluate(*objects, problem=None, solution=None)",
-              "objects: numbers, variables, terms, expressions, nonlinear expressions, or "
-              "tuples, lists, dictionaries and NumPy arrays of them; problem: a problem whose "
-              "columns index a list or array of values, or whose current solution is used; "
-              "solution: a dictionary from variables to values, or a list or one-dimensional "
-              "NumPy array of column values.",
-              "x, y = zorvan.var(), zorvan.var()\n"
-              "    zorvan.evaluate(2*x + y**2, solution={x: 1, y: 3})  # 11.0",
-              "With one object its value is returned, with several a tuple of their values. "
-              "Containers give containers of the same kind and shape. Without a solution the "
-              "problem's current solution is used. A division by exactly zero raises "
-              "ZeroDivisionError.",
-              "problem.getSolution, zorvan.var, zorvan.expression, zorvan.nonlinear");
 
 }  // namespace zrv

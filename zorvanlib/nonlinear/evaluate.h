@@ -6,17 +6,17 @@
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
 
-struct ProblemObject;
+#include "base/index_map.h"
 
 namespace zrv {
 
 // Where the variables take their values: either a dictionary keyed by the
-// variables, or `count` values indexed by the columns of `problem`.
+// variables, or `count` values indexed by the columns a problem's map gives.
 struct EvalPoint {
   PyObject *dict = nullptr;        // borrowed
   const double *values = nullptr;  // borrowed, `count` entries
   Py_ssize_t count = 0;
-  ProblemObject *problem = nullptr;
+  const IndexMap *columns = nullptr;  // variable id -> column, for `values`
 };
 
 // The value of a number or modelling object (var, linterm, quadterm,
@@ -28,8 +28,8 @@ int EvaluateValue(PyObject *o, const EvalPoint &point, double *out);
 // the same kind and shape holding the values. New reference or null.
 PyObject *EvaluateObject(PyObject *o, const EvalPoint &point);
 
-// The module function zorvan.evaluate(*objects, problem=None, solution=None).
-PyObject *ModuleEvaluate(PyObject *, PyObject *args, PyObject *kwds);
-extern const char EvaluateDoc[];
+// The values of a tuple of arguments: the value of the only one, or a tuple
+// of values. New reference or null.
+PyObject *EvaluateArguments(PyObject *args, const EvalPoint &point);
 
 }  // namespace zrv

@@ -1,14 +1,16 @@
 // The module's mathematical functions: on numbers they compute, on modelling
 // objects they build nodes, on NumPy arrays they map element by element.
+#include "model/operand.h"
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 #include "nonlinear/functions.h"
 #include "nonlinear/evaluate.h"
+#include "zorvan/zrvs.h"
 
 #include "model/expression.h"
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/globals.h"
+#include "base/help.h"
 
 #include <algorithm>
 #include <cmath>
@@ -41,7 +43,7 @@ double Evaluate(int op, double x) {
 
 template <int Op>
 PyObject *ApplyScalar(PyObject *arg) {
-  if (IsNumber(arg)) {
+  if (IsModelNumber(arg)) {
     double x = PyFloat_AsDouble(arg);
     if (x == -1.0 && PyErr_Occurred()) return nullptr;
     return PyFloat_FromDouble(Evaluate(Op, x));
@@ -117,7 +119,7 @@ PyObject *MaxMin(PyObject *args, int op) {
   }
   if (n == 1) {
     PyObject *only = PyList_GET_ITEM(list, 0);
-    if (ClassifyOperand(only) < 0) {
+    if (ScalarKind(only) < 0) {
       PyErr_Clear();
       PyErr_SetString(ModelError, "Incorrect argument for expression");
       Py_DECREF(list);
@@ -142,14 +144,14 @@ struct Piece {
   PyObject *key;  // borrowed from the dictionary
 };
 
-constexpr double kInf = 1e20;
+constexpr double kInf = ZRVS_PLUSINFINITY;
 constexpr double kOpenWidth = 0.88;  // width given to a piece with an infinite end
 constexpr double kJoinTolerance = 1e-6;
 
 // Slope, intercept and variable (a new reference, or null) of a pwl value.
 int PieceFunction(PyObject *value, double *s, double *c, PyObject **var) {
   *var = nullptr;
-  if (IsNumber(value)) {
+  if (IsModelNumber(value)) {
     *s = 0.0;
     *c = PyFloat_AsDouble(value);
     return (*c == -1.0 && PyErr_Occurred()) ? -1 : 0;
@@ -252,8 +254,8 @@ PyObject *Pwl(PyObject *, PyObject *arg) {
       return fail();
     }
     PyObject *ka = PyTuple_GET_ITEM(key, 0), *kb = PyTuple_GET_ITEM(key, 1);
-    double a = IsNumber(ka) ? PyFloat_AsDouble(ka) : NAN;
-    double b = IsNumber(kb) ? PyFloat_AsDouble(kb) : NAN;
+    double a = IsModelNumber(ka) ? PyFloat_AsDouble(ka) : NAN;
+    double b = IsModelNumber(kb) ? PyFloat_AsDouble(kb) : NAN;
     if (PyErr_Occurred()) PyErr_Clear();
     if (!(a <= b)) {
       PyErr_Format(ModelError,
@@ -456,8 +458,6 @@ PyMethodDef NonlinearFunctions[] = {
               "f = zorvan.user(lambda a, b: a * b + 1, x, y)",
               "The function is called by the solver with the values of its arguments.",
               "zorvan.nonlinear, zorvan.pwl")},
-    {"evaluate", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(ModuleEvaluate)),
-     METH_VARARGS | METH_KEYWORDS, EvaluateDoc},
     {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace zrv

@@ -56,10 +56,6 @@ struct OperatorInfo {
 };
 extern const OperatorInfo kOperators[OpCount];
 
-// Operand classes: 0 number, 1 var, 2 linterm, 3 quadterm, 4 expression,
-// 5 nonlinear; -1 with ModelError "Invalid object in operation: <%S>" set.
-int ClassifyOperand(PyObject *o);
-
 // All return a new reference, or NULL with an exception set.
 // A unary (nary false) or n-ary (nary true) node over args.
 PyObject *MakeNonlinear(int op, PyObject *args, bool nary);

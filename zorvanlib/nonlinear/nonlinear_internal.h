@@ -2,14 +2,13 @@
 #pragma once
 
 #include "nonlinear/nonlinear.h"
-#include "nonlinear/numpy_support.h"
+#include "base/limits.h"
+#include "base/arrays.h"
 
-#include "module/types.h"
+#include "base/types.h"
+#include "model/operand.h"
 
 namespace zrv {
-
-// Recursive walks over trees stop descending after this many levels.
-constexpr int kDepthBudget = 64;
 
 inline bool IsNonlinear(PyObject *o) { return PyObject_TypeCheck(o, &NonlinearType); }
 
@@ -19,12 +18,6 @@ inline bool IsNode(PyObject *o, int op) {
 
 inline PyObject *NodeArgs(PyObject *o) { return reinterpret_cast<NonlinearObject *>(o)->args; }
 inline int NodeOp(PyObject *o) { return reinterpret_cast<NonlinearObject *>(o)->op; }
-
-// A number: a Python int (bool included) or float, or a NumPy signed
-// integer or floating scalar.
-inline bool IsNumber(PyObject *o) {
-  return PyLong_Check(o) || PyFloat_Check(o) || IsNumpyNumber(o);
-}
 
 // Whether o is a number equal to v (a number too large for a double is not).
 bool IsNumberEqual(PyObject *o, double v);

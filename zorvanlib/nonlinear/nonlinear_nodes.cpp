@@ -1,10 +1,11 @@
 // The operator table, operand classification and the internal constructors
 // of nonlinear nodes.
+#include "model/operand.h"
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/types.h"
 
 #include <utility>
 #include <vector>
@@ -20,17 +21,6 @@ const OperatorInfo kOperators[OpCount] = {
     {"erfc", 1, -1},     {"sqrt", 1, -1},    {"and", -1, -1},  {"or", -1, -1},
     {"pwl", -1, -1},     {"user", -1, -1},   {"user", -1, -1}, {"user", -1, -1},
 };
-
-int ClassifyOperand(PyObject *o) {
-  if (PyObject_TypeCheck(o, &ExpressionType)) return 4;
-  if (PyObject_TypeCheck(o, &LinTermType)) return 2;
-  if (PyObject_TypeCheck(o, &VarType)) return 1;
-  if (PyObject_TypeCheck(o, &NonlinearType)) return 5;
-  if (PyObject_TypeCheck(o, &QuadTermType)) return 3;
-  if (IsNumber(o)) return 0;
-  PyErr_Format(ModelError, "Invalid object in operation: <%S>", o);
-  return -1;
-}
 
 PyObject *NewNode(int op, PyObject *args) {
   auto *node = PyObject_New(NonlinearObject, &NonlinearType);
@@ -53,7 +43,7 @@ bool IsUserOp(int op) {
 // Whether o may be an element of an n-ary node's list at position i.
 bool ValidElement(int op, PyObject *o, Py_ssize_t i) {
   if (i == 0 && IsUserOp(op) && PyCallable_Check(o)) return true;
-  if (ClassifyOperand(o) >= 0) return true;
+  if (ScalarKind(o) >= 0) return true;
   PyErr_Clear();
   return false;
 }
@@ -104,7 +94,7 @@ PyObject *MakeNonlinear(int op, PyObject *args, bool nary) {
                       "single expression");
       return nullptr;
     }
-    if (!(IsUserOp(op) && PyCallable_Check(args)) && ClassifyOperand(args) < 0) {
+    if (!(IsUserOp(op) && PyCallable_Check(args)) && ScalarKind(args) < 0) {
       PyErr_Clear();
       PyErr_SetString(ModelError, "Invalid object in unary operation");
       return nullptr;
@@ -115,10 +105,10 @@ PyObject *MakeNonlinear(int op, PyObject *args, bool nary) {
 }
 
 PyObject *MakeNonlinearBinary(int op, PyObject *left, PyObject *right) {
-  if (ClassifyOperand(left) < 0 || ClassifyOperand(right) < 0) return nullptr;
+  if (ScalarKind(left) < 0 || ScalarKind(right) < 0) return nullptr;
   PyObject *args;
   if (op == OpSum || op == OpProduct || kOperators[op].arity < 0) {
-    if ((op == OpSum || op == OpProduct) && IsNumber(left)) std::swap(left, right);
+    if ((op == OpSum || op == OpProduct) && IsModelNumber(left)) std::swap(left, right);
     args = PyList_New(2);
     if (!args) return nullptr;
     Py_INCREF(left);
@@ -133,7 +123,7 @@ PyObject *MakeNonlinearBinary(int op, PyObject *left, PyObject *right) {
 }
 
 PyObject *MakeNonlinearFlat(int op, PyObject *left, PyObject *right) {
-  if (ClassifyOperand(left) < 0 || ClassifyOperand(right) < 0) return nullptr;
+  if (ScalarKind(left) < 0 || ScalarKind(right) < 0) return nullptr;
   PyObject *list = PyList_New(0);
   if (!list) return nullptr;
   if (ExtendFlat(list, op, left) < 0 || ExtendFlat(list, op, right) < 0) {
@@ -145,7 +135,7 @@ PyObject *MakeNonlinearFlat(int op, PyObject *left, PyObject *right) {
 
 PyObject *NonlinearAppend(int op, PyObject *left, PyObject *right) {
   if (!IsNode(left, op)) return MakeNonlinearFlat(op, left, right);
-  if (ClassifyOperand(right) < 0) return nullptr;
+  if (ScalarKind(right) < 0) return nullptr;
   auto *node = reinterpret_cast<NonlinearObject *>(left);
   if (!PyList_Check(node->args)) {
     // A node made over a caller's tuple gets its own list before it grows.

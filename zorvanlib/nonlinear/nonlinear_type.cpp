@@ -2,9 +2,9 @@
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 
 #include <vector>
 
@@ -55,9 +55,6 @@ void SetupNonlinearType() {
   t.tp_str = NonlinearRepr;
   t.tp_as_number = &NonlinearNumberMethods;
   t.tp_methods = NonlinearMethods;
-  // Comparisons build constraints with the slot all modelling types share
-  // (the variable type is set up first).
-  t.tp_richcompare = VarType.tp_richcompare;
   // Nodes are hashed by identity (comparisons build constraints instead of
   // deciding equality).
   t.tp_hash = PyBaseObject_Type.tp_hash;

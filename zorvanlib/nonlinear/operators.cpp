@@ -1,17 +1,18 @@
 // Arithmetic on nonlinear nodes: the number slots of the type, tree copies
 // and the simplifications that keep trees small (0, 1 and -1 operands).
+#include "model/operand.h"
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 
 #include "model/expression.h"
-#include "module/globals.h"
+#include "base/globals.h"
 
 #include <cmath>
 
 namespace zrv {
 
 bool IsNumberEqual(PyObject *o, double v) {
-  if (!IsNumber(o)) return false;
+  if (!IsModelNumber(o)) return false;
   double d = PyFloat_AsDouble(o);
   if (d == -1.0 && PyErr_Occurred()) {
     PyErr_Clear();
@@ -47,7 +48,7 @@ bool HasNoTerms(PyObject *e, const char *method) {
 }  // namespace
 
 bool ConstantValue(PyObject *o, double *value) {
-  if (IsNumber(o)) {
+  if (IsModelNumber(o)) {
     double d = PyFloat_AsDouble(o);
     if (d == -1.0 && PyErr_Occurred()) {
       PyErr_Clear();
@@ -142,7 +143,7 @@ PyObject *CopyNode(PyObject *o, int depth) {
 
 }  // namespace
 
-PyObject *CopyTree(PyObject *o) { return CopyOperand(o, kDepthBudget); }
+PyObject *CopyTree(PyObject *o) { return CopyOperand(o, kTreeDepth); }
 
 PyObject *Negate(PyObject *o) {
   if (IsNonlinear(o)) return MakeNonlinear(OpUminus, o, false);
@@ -154,7 +155,7 @@ namespace {
 PyObject *NotImplemented() { Py_RETURN_NOTIMPLEMENTED; }
 
 bool Classified(PyObject *a, PyObject *b) {
-  return ClassifyOperand(a) >= 0 && ClassifyOperand(b) >= 0;
+  return ScalarKind(a) >= 0 && ScalarKind(b) >= 0;
 }
 
 // Adds b to a (a copy of the left operand, owned) as sum nodes do: a sum
@@ -250,16 +251,7 @@ PyObject *Multiply(PyObject *a, PyObject *b, bool inplace) {
 }
 
 PyObject *Divide(PyObject *a, PyObject *b, bool inplace) {
-  if (IsVectorOperand(b) && !IsVectorOperand(a)) {
-    PyObject *one = PyFloat_FromDouble(1.0);
-    if (!one) return nullptr;
-    PyObject *inv = PyNumber_TrueDivide(one, b);
-    Py_DECREF(one);
-    if (!inv) return nullptr;
-    PyObject *r = PyNumber_Multiply(inv, a);
-    Py_DECREF(inv);
-    return r;
-  }
+  if (IsVectorOperand(b) && !IsVectorOperand(a)) return DivideByVector(a, b);
   if (IsVectorOperand(a)) return NotImplemented();
   if (!Classified(a, b)) return nullptr;
   double v;
@@ -299,7 +291,7 @@ PyObject *Power(PyObject *a, PyObject *b, PyObject *mod) {
 // NumPy scalars become Python floats before they enter a tree, so that
 // trees print and convert the same whichever kind of number was used.
 PyObject *Plain(PyObject *o) {
-  if (PyFloat_CheckExact(o) || PyLong_Check(o) || !IsNumber(o)) return Py_NewRef(o);
+  if (PyFloat_CheckExact(o) || PyLong_Check(o) || !IsModelNumber(o)) return Py_NewRef(o);
   double v = PyFloat_AsDouble(o);
   if (v == -1.0 && PyErr_Occurred()) return nullptr;
   return PyFloat_FromDouble(v);
@@ -360,7 +352,7 @@ PyObject *InPlacePower(PyObject *a, PyObject *b, PyObject *mod) {
   }
   if (!IsNode(a, OpPower) || mod != Py_None || IsVectorOperand(b))
     return Power(a, b, mod);
-  if (ClassifyOperand(b) < 0) return nullptr;
+  if (ScalarKind(b) < 0) return nullptr;
   // (base ** e) ** f becomes base ** (e * f), changing this node.
   auto *node = reinterpret_cast<NonlinearObject *>(a);
   if (!PyTuple_Check(node->args) || PyTuple_GET_SIZE(node->args) != 2) {

@@ -1,11 +1,12 @@
 // Printing of nonlinear trees and the extraction of their linear and
 // quadratic parts; both walk the tree with the depth budget.
+#include "model/operand.h"
 #include "nonlinear/nonlinear.h"
 #include "nonlinear/nonlinear_internal.h"
 
 #include "model/var.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/globals.h"
+#include "base/help.h"
 
 #include <map>
 #include <utility>
@@ -97,7 +98,7 @@ int PrintOperand(PyObject *pieces, PyObject *o, int depth) {
     // Terms print with their own rules; their text carries the same prefix.
     return Put(pieces, PyObject_Str(o));
   }
-  if (IsNumber(o)) return Put(pieces, PyObject_Repr(o));
+  if (IsModelNumber(o)) return Put(pieces, PyObject_Repr(o));
   if (PyObject_TypeCheck(o, &VarType) || PyObject_TypeCheck(o, &ExpressionType))
     return Put(pieces, PyObject_Str(o));
   if (PyCallable_Check(o)) return PutString(pieces, "user");
@@ -162,8 +163,8 @@ int Walk(PyObject *o, double coef, int depth, bool quadratic, PyObject *keep, Li
          Quadratic *quad) {
   if (depth < 0) return 0;
   if (!IsNonlinear(o)) {
-    if (IsNumber(o) || PyCallable_Check(o)) return 0;
-    if (ClassifyOperand(o) < 0) return -1;
+    if (IsModelNumber(o) || PyCallable_Check(o)) return 0;
+    if (ScalarKind(o) < 0) return -1;
     return CollectLeaf(o, coef, quadratic, keep, lin, quad);
   }
   PyObject *args = NodeArgs(o);
@@ -186,7 +187,7 @@ int Walk(PyObject *o, double coef, int depth, bool quadratic, PyObject *keep, Li
       PyObject *factor = nullptr;
       double scale = coef;
       for (Py_ssize_t i = 0; i < n; ++i) {
-        if (IsNumber(items[i])) {
+        if (IsModelNumber(items[i])) {
           scale *= PyFloat_AsDouble(items[i]);
           if (PyErr_Occurred()) return -1;
         } else if (factor) {
@@ -198,7 +199,7 @@ int Walk(PyObject *o, double coef, int depth, bool quadratic, PyObject *keep, Li
       return factor ? Walk(factor, scale, depth - 1, quadratic, keep, lin, quad) : 0;
     }
     case OpDivide: {
-      if (n != 2 || !PyTuple_Check(args) || !IsNumber(items[1])) return 0;
+      if (n != 2 || !PyTuple_Check(args) || !IsModelNumber(items[1])) return 0;
       double d = PyFloat_AsDouble(items[1]);
       if (d == -1.0 && PyErr_Occurred()) return -1;
       if (d == 0.0) return 0;
@@ -218,7 +219,7 @@ PyObject *Extract(PyObject *self, bool quadratic) {
   if (!keep) return nullptr;
   Linear lin;
   Quadratic quad;
-  if (Walk(self, 1.0, kDepthBudget, quadratic, keep, &lin, &quad) < 0) {
+  if (Walk(self, 1.0, kTreeDepth, quadratic, keep, &lin, &quad) < 0) {
     Py_DECREF(keep);
     return nullptr;
   }
@@ -276,7 +277,7 @@ PyObject *NonlinearRepr(PyObject *self) {
   PyObject *pieces = PyList_New(0);
   if (!pieces) return nullptr;
   PyObject *text = nullptr;
-  if (PrintNode(pieces, self, kDepthBudget) == 0) {
+  if (PrintNode(pieces, self, kTreeDepth) == 0) {
     PyObject *empty = PyUnicode_FromString("");
     if (empty) {
       text = PyUnicode_Join(empty, pieces);

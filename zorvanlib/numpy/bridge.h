@@ -1,43 +1,20 @@
-// The NumPy bridge: binding NumPy's C interface at start-up, the data types
-// npvar, npexpr and npconstraint with their casts and element-wise loops,
-// vectorised products of arrays, and the array tests the rest of the module
-// uses. This header does not include NumPy's headers.
+// The NumPy bridge: the data types npvar, npexpr and npconstraint with their
+// casts and element-wise loops, and vectorised products of arrays. This
+// header does not include NumPy's headers.
 #pragma once
 
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
 
-#include <cstdint>
-
-#include "module/globals.h"
-
 namespace zrv {
 
-// Type numbers of the module's data types (-1 before registration).
-extern int NpVarTypeNum;
-extern int NpExprTypeNum;
-extern int NpConstraintTypeNum;
-
-// Start-up: binds the array and ufunc interfaces (ImportError on failure),
-// then registers the data types, casts and loops. 0 or -1 with an error.
-int BindNumpy();
+// Registers the data types and their casts (after BindNumpy). 0 or -1.
 int RegisterNumpyTypes();
+// Registers the element-wise loops of NumPy's ufuncs and of matmul for the
+// data types (after RegisterNumpyTypes). 0 or -1 with an error.
+int RegisterNumpyLoops();
 // Adds npvar, npexpr and npconstraint to the module.
 int AddNumpyTypes(PyObject *module);
-
-// A NumPy array (or a subtype).
-bool IsNumpyArray(PyObject *o);
-// A NumPy scalar of a signed integer or floating type.
-bool IsNumpyNumber(PyObject *o);
-// An operand that NumPy or the interpreter must handle element by element:
-// an array or any other sequence (strings excepted).
-bool IsVectorOperand(PyObject *o);
-// A sparse matrix or array of scipy.sparse (only when scipy is loaded).
-bool IsSparseMatrix(PyObject *o);
-
-// Applies fn to each element of the array o, giving a new array of the same
-// shape: of doubles when o holds numbers, else of objects. NULL on failure.
-PyObject *MapArray(PyObject *o, PyObject *(*fn)(PyObject *));
 
 // Whether Dot(a, b) is a product of arrays (an array of two or more
 // dimensions or a sparse matrix among the two).
@@ -46,44 +23,5 @@ bool IsArrayProduct(PyObject *a, PyObject *b);
 // vectors), built one expression per result element; a and b are arrays,
 // sequences convertible to arrays, or a sparse matrix on the left.
 PyObject *ArrayDot(PyObject *a, PyObject *b);
-
-// A new C-ordered array of npvar of the given shape with empty (NULL)
-// elements; *items receives the element pointer, to be filled in C order
-// with new references.
-PyObject *NewVarArray(int ndim, const Py_ssize_t *dims, PyObject ***items);
-
-// For a NumPy array o: a new reference to a C-ordered object view or copy
-// whose elements can be read as PyObject pointers, with *n the element count
-// and *items the element pointer (elements may be NULL in empty-initialised
-// arrays). Returns NULL with an error for arrays of other data types.
-PyObject *ObjectElements(PyObject *o, Py_ssize_t *n, PyObject ***items);
-
-// Calls fn(element) for each element of o in C order, whatever its shape or
-// layout, when o is a NumPy array of objects: 0 when all calls returned 0,
-// -1 with an error (an empty element, or fn failing). Returns 1, with
-// nothing called, when o is not an array of objects.
-template <typename Fn>
-int ForEachArrayObject(PyObject *o, Fn &&fn) {
-  if (!IsNumpyArray(o)) return 1;
-  Py_ssize_t n = 0;
-  PyObject **items = nullptr;
-  PyObject *elements = ObjectElements(o, &n, &items);
-  if (!elements) {
-    if (!PyErr_ExceptionMatches(PyExc_TypeError)) return -1;
-    PyErr_Clear();
-    return 1;
-  }
-  int rc = 0;
-  for (Py_ssize_t i = 0; i < n && rc == 0; ++i) {
-    if (!items[i]) {
-      PyErr_SetString(ModelError, "The array holds empty elements (made by numpy.empty?)");
-      rc = -1;
-    } else {
-      rc = fn(items[i]);
-    }
-  }
-  Py_DECREF(elements);
-  return rc;
-}
 
 }  // namespace zrv

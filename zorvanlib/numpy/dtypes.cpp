@@ -3,17 +3,13 @@
 // presented as a structure with one object field, the form NumPy accepts
 // for user types that hold references. Casts between the three copy the
 // references; the element-wise loops are in loops.cpp.
-#include "numpy/npy.h"
+#include "base/numpy_api.h"
 
-#include "module/types.h"
+#include "base/arrays.h"
+#include "base/types.h"
 #include "numpy/bridge.h"
-#include "numpy/loops.h"
 
 namespace zrv {
-
-int NpVarTypeNum = -1;
-int NpExprTypeNum = -1;
-int NpConstraintTypeNum = -1;
 
 namespace {
 
@@ -122,8 +118,7 @@ int RegisterNumpyTypes() {
   for (int i = 0; i < 3 && rc == 0; ++i) rc = RegisterType(i, objectDescr);
   Py_DECREF(objectDescr);
   if (rc < 0) return -1;
-  if (RegisterCasts() < 0) return -1;
-  return RegisterLoops();
+  return RegisterCasts();
 }
 
 int AddNumpyTypes(PyObject *module) {

@@ -2,7 +2,7 @@
 // gives arrays of expressions, comparisons arrays of constraints. Each
 // element is computed by the modelling objects' own operators, so an array
 // operation means exactly what the same operation on its elements means.
-#include "numpy/npy.h"
+#include "base/numpy_api.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,11 +10,11 @@
 #include "model/constraint.h"
 #include "model/expression.h"
 #include "model/operand.h"
+#include "base/arrays.h"
 #include "numpy/bridge.h"
-#include "numpy/loops.h"
 #include "numpy/product.h"
 #include "numpy/strided.h"
-#include "module/types.h"
+#include "base/types.h"
 
 namespace zrv {
 
@@ -34,7 +34,7 @@ const int kOps[OpCount] = {OpAdd, OpSubtract, OpMultiply, OpDivide, OpPower, OpB
 // one side is a modelling object; the interpreter's protocol otherwise.
 PyObject *Compare(PyObject *a, PyObject *b, int op) {
   OperandKind k = KindOf(a);
-  if (k >= KindVar && k <= KindNonlinear) return ModelRichCompare(a, b, op);
+  if (k >= KindVar && k <= KindNonlinear) return Py_TYPE(a)->tp_richcompare(a, b, op);
   return PyObject_RichCompare(a, b, op);
 }
 
@@ -228,7 +228,9 @@ int RegisterOn(PyObject *numpy, const char *name, int usertype, PyUFuncGenericFu
 
 }  // namespace
 
-int RegisterLoops() {
+int RegisterNumpyLoops() {
+  static bool registered = false;  // a second start-up in one process
+  if (registered) return 0;
   PyObject *numpy = PyImport_ImportModule("numpy");
   if (!numpy) return -1;
   PyObject *seen = PySet_New(nullptr);
@@ -264,6 +266,7 @@ int RegisterLoops() {
     }
   }
   if (rc == 0) rc = RegisterProductLoops(numpy);
+  if (rc == 0) registered = true;
   Py_DECREF(seen);
   Py_DECREF(numpy);
   return rc;

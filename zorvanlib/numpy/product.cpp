@@ -10,9 +10,10 @@
 
 #include "model/expression.h"
 #include "model/operand.h"
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/globals.h"
+#include "base/types.h"
 #include "nonlinear/nonlinear.h"
+#include "base/arrays.h"
 #include "numpy/bridge.h"
 
 namespace zrv {

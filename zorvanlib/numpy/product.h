@@ -2,7 +2,7 @@
 // loops and the kernel shared with zorvan.Dot.
 #pragma once
 
-#include "numpy/npy.h"
+#include "base/numpy_api.h"
 
 namespace zrv {
 

@@ -2,14 +2,15 @@
 // undoing the recording of objects.
 #include <new>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/sos.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/types.h"
-#include "numpy/bridge.h"
+#include "base/limits.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/types.h"
+#include "base/arrays.h"
 #include "problem/add_objects.h"
 #include "zorvan/zrvs.h"
 
@@ -33,7 +34,7 @@ int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth, const char *too_
     out.Push(obj);
     return 0;
   }
-  if (depth >= kWalkDepthLimit) {
+  if (depth >= kArgumentNesting) {
     PyErr_SetString(ModelError, too_deep ? too_deep
                                           : "Sequences of objects are nested too deeply (32 levels at most)");
     return -1;
@@ -76,17 +77,11 @@ int FlattenObjects(PyObject *obj, OwnedObjects &out, int depth, const char *too_
   return rc;
 }
 
-int ReadIntAttrib(ProblemObject *p, int id, int *value) {
-  if (CallUnlocked(ZRVSgetintattrib, p->prob, id, value) != 0)
-    return ReportFailure(reinterpret_cast<PyObject *>(p));
-  return 0;
-}
-
-uint64_t MapKey(PyObject *o, ObjectKind kind) {
+uint64_t MapKey(PyObject *o, ModelObjectKind kind) {
   switch (kind) {
-    case ObjectKind::Variable: return VarIdOf(o);
-    case ObjectKind::Constraint: return ConId(reinterpret_cast<ConstraintObject *>(o)->word);
-    case ObjectKind::Sos: return reinterpret_cast<SosObject *>(o)->word;
+    case ModelObjectKind::Variable: return VarIdOf(o);
+    case ModelObjectKind::Constraint: return ConId(reinterpret_cast<ConstraintObject *>(o)->word);
+    case ModelObjectKind::Sos: return reinterpret_cast<SosObject *>(o)->word;
   }
   return 0;
 }
@@ -101,25 +96,25 @@ int RecordIndex(IndexMap *map, uint64_t id, int32_t pos, const char *already) {
   return -1;
 }
 
-IndexMap *MapOf(ProblemObject *p, ObjectKind kind) {
+IndexMap *MapOf(ProblemObject *p, ModelObjectKind kind) {
   switch (kind) {
-    case ObjectKind::Variable: return p->colmap;
-    case ObjectKind::Constraint: return p->rowmap;
-    case ObjectKind::Sos: return p->setmap;
+    case ModelObjectKind::Variable: return p->colmap;
+    case ModelObjectKind::Constraint: return p->rowmap;
+    case ModelObjectKind::Sos: return p->setmap;
   }
   return nullptr;
 }
 
-PyObject *ListOf(ProblemObject *p, ObjectKind kind) {
+PyObject *ListOf(ProblemObject *p, ModelObjectKind kind) {
   switch (kind) {
-    case ObjectKind::Variable: return p->varlist;
-    case ObjectKind::Constraint: return p->conlist;
-    case ObjectKind::Sos: return p->soslist;
+    case ModelObjectKind::Variable: return p->varlist;
+    case ModelObjectKind::Constraint: return p->conlist;
+    case ModelObjectKind::Sos: return p->soslist;
   }
   return nullptr;
 }
 
-void ForgetTail(ProblemObject *p, ObjectKind kind, Py_ssize_t from) {
+void ForgetTail(ProblemObject *p, ModelObjectKind kind, Py_ssize_t from) {
   PyObject *list = ListOf(p, kind);
   IndexMap *map = MapOf(p, kind);
   if (!list) return;

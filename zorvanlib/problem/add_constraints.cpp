@@ -5,18 +5,21 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/operand.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
+#include "problem/terms.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -54,85 +57,28 @@ struct RowBatch {
   }
 };
 
-// Columns of variables by identifier, with the message for a variable that
-// is not in the problem.
-class ColumnLookup {
- public:
-  explicit ColumnLookup(const IndexMap *map) : map_(map) {}
-
-  int Find(PyObject *var, uint64_t id, int *col) const {
-    int32_t found = map_->Find(id);
-    if (found == IndexMap::kAbsent) {
-      PyErr_Format(ModelError, "Variable %S not in problem", var);
-      return -1;
-    }
-    *col = found;
+// Row entries into the batch. The engine adds v to Q[i][j] and Q[j][i]: a
+// product c x_i x_j (i != j) is the entry c/2, a square c x_i^2 the entry c.
+struct RowTerms {
+  RowBatch &b;
+  int Linear(int col, double coef) {
+    b.cols.push_back(col);
+    b.coefs.push_back(coef);
     return 0;
   }
-
- private:
-  const IndexMap *map_;
+  int Quadratic(int i, int j, double coef) {
+    b.q1.push_back(i);
+    b.q2.push_back(j);
+    b.qv.push_back(i == j ? coef : 0.5 * coef);
+    return 0;
+  }
 };
 
-// The engine adds v to Q[i][j] and Q[j][i]: a product c x_i x_j (i != j) is
-// the entry c/2, a square c x_i^2 the entry c.
-int AddQuadratic(ColumnLookup &cols, RowBatch &b, PyObject *v1, PyObject *v2, double c) {
-  int i, j;
-  if (cols.Find(v1, VarIdOf(v1), &i) < 0 || cols.Find(v2, VarIdOf(v2), &j) < 0) return -1;
-  b.q1.push_back(i);
-  b.q2.push_back(j);
-  b.qv.push_back(i == j ? c : 0.5 * c);
-  return 0;
-}
-
-int AddLinear(ColumnLookup &cols, RowBatch &b, PyObject *var, uint64_t id, double c) {
-  int col;
-  if (cols.Find(var, id, &col) < 0) return -1;
-  b.cols.push_back(col);
-  b.coefs.push_back(c);
-  return 0;
-}
-
-// Splits a constraint body into its constant (returned in *constant), its
-// linear entries (appended to the batch) and its quadratic entries.
-int Decompose(ColumnLookup &cols, PyObject *body, RowBatch &b, double *constant) {
-  *constant = 0.0;
-  switch (KindOf(body)) {
-    case KindNumber: {
-      double v = NumberValue(body);
-      if (v == -1.0 && PyErr_Occurred()) return -1;
-      *constant = v;
-      return 0;
-    }
-    case KindVar: return AddLinear(cols, b, body, VarIdOf(body), 1.0);
-    case KindLinTerm: {
-      auto *t = reinterpret_cast<LinTermObject *>(body);
-      return AddLinear(cols, b, t->var, VarIdOf(t->var), t->coef);
-    }
-    case KindQuadTerm: {
-      auto *t = reinterpret_cast<QuadTermObject *>(body);
-      return AddQuadratic(cols, b, t->var1, t->var2, t->coef);
-    }
-    case KindExpression: {
-      *constant = AsExpression(body)->constant;
-      // Straight from the expression's ordered entries, by their identifiers.
-      const LinearEntries &lin = ExpressionLinear(body);
-      for (const LinEntry &e : lin)
-        if (AddLinear(cols, b, e.var, e.id, e.coef) < 0) return -1;
-      for (const QuadEntry &e : ExpressionQuadratic(body))
-        if (AddQuadratic(cols, b, e.var1, e.var2, e.coef) < 0) return -1;
-      return 0;
-    }
-    case KindNonlinear:
-      PyErr_SetString(ModelError,
-                      "Nonlinear constraints are not available yet: a constraint body must be "
-                      "linear or quadratic");
-      return -1;
-    default:
-      PyErr_SetString(ModelError, "Invalid constraint body");
-      return -1;
-  }
-}
+const BodyRules kRowRules = {
+    true,
+    "Nonlinear constraints are not available yet: a constraint body must be linear or "
+    "quadratic",
+    "Invalid constraint body"};
 
 int AppendName(uint64_t word, std::string &names) {
   if (!(word & kConNameStored)) {
@@ -148,6 +94,7 @@ int AppendName(uint64_t word, std::string &names) {
   const char *s = PyBytes_Check(text) ? PyBytes_AS_STRING(text)
                                       : PyUnicode_AsUTF8AndSize(text, &len);
   if (PyBytes_Check(text)) len = PyBytes_GET_SIZE(text);
+  if (s && CheckNameText(s, len, "constraint", text) < 0) s = nullptr;
   if (s) {
     names.append(s, static_cast<size_t>(len));
     names += '\0';
@@ -175,8 +122,7 @@ void FetchBounds(PyObject *const *items, size_t n, double *bounds) {
 
 // Checks one constraint with bounds lb..ub and adds it to the batch as row
 // `row` of the problem.
-int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, double lb, double ub, int row,
-           RowBatch &b) {
+int Record(ProblemObject *p, PyObject *o, double lb, double ub, int row, RowBatch &b) {
   if (Py_TYPE(o) != &ConstraintType) {
     PyErr_SetString(ModelError, "Invalid constraint");
     return -1;
@@ -191,7 +137,9 @@ int Record(ProblemObject *p, ColumnLookup &cols, PyObject *o, double lb, double 
   if (RecordIndex(p->rowmap, id, row, "Constraint already added to problem") < 0) return -1;
   const size_t qbefore = b.qv.size();
   double constant;
-  if (Decompose(cols, c->body, b, &constant) < 0 || AppendName(c->word, b.names) < 0 ||
+  RowTerms terms{b};
+  if (DecomposeBody(p->colmap, c->body, kRowRules, terms, &constant) < 0 ||
+      AppendName(c->word, b.names) < 0 ||
       PyList_Append(p->conlist, o) < 0) {
     p->rowmap->Erase(id);
     return -1;
@@ -320,7 +268,6 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     PyErr_NoMemory();
     return -1;
   }
-  ColumnLookup cols(p->colmap);
   constexpr size_t kBoundsAhead = 512;
   double bounds[2 * kBoundsAhead];
   int sent = 0;  // rows already in the engine
@@ -329,8 +276,8 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     if (k == 0)
       FetchBounds(items + i, std::min(kBoundsAhead, static_cast<size_t>(n - i)), bounds);
     PrefetchRow(items, n, i);
-    int rc = Record(p, cols, items[i], bounds[2 * k], bounds[2 * k + 1],
-                    first + static_cast<int>(i), b);
+    int rc =
+        Record(p, items[i], bounds[2 * k], bounds[2 * k + 1], first + static_cast<int>(i), b);
     if (rc == 0 && (b.Full() || i + 1 == n)) {
       rc = SendRows(p, first + sent, b, &sent);
       if (rc < 0) ReportError(reinterpret_cast<PyObject *>(p), nullptr);
@@ -338,7 +285,7 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     }
     if (rc < 0) {
       TakeBack(p, first, sent);
-      ForgetTail(p, ObjectKind::Constraint, listed);
+      ForgetTail(p, ModelObjectKind::Constraint, listed);
       return -1;
     }
   }
@@ -346,12 +293,10 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
 }
 
 PyObject *ProblemAddConstraint(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddConstraintBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, "addConstraint",
+                      [](ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
+                        return AddConstraintBatch(p, items, n);
+                      });
 }
 
 // ---------------------------------------------------------------------------
@@ -424,7 +369,7 @@ int Condition(ProblemObject *p, PyObject *cond, int *col, int *flag) {
     PyErr_SetString(ModelError, "Indicator variable must have coefficient 1");
     return -1;
   }
-  if (VarType_(VarWordOf(var)) != 1) {
+  if (VarTypeCode(VarWordOf(var)) != 1) {
     PyErr_SetString(ModelError,
                     "Invalid indicator expression. Must be var==0 or var==1, where var is a "
                     "binary variable");
@@ -452,7 +397,7 @@ int CheckIndicated(PyObject *con) {
 
 PyObject *ProblemAddIndicator(PyObject *self, PyObject *args) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addIndicator")) return nullptr;
   // Pairs (condition, constraint): either the two arguments themselves or
   // one tuple of two per indicator.
   std::vector<PyObject *> conditions, constraints;  // borrowed from args
@@ -491,7 +436,7 @@ PyObject *ProblemAddIndicator(PyObject *self, PyObject *args) {
                    static_cast<const int *>(rows.data()), static_cast<const int *>(cols.data()),
                    static_cast<const int *>(flags.data())) != 0) {
     ReportError(self, nullptr);
-    DeleteIndices(p, ObjectKind::Constraint, rows);
+    DeleteIndices(p, ModelObjectKind::Constraint, rows);
     return nullptr;
   }
   Py_RETURN_NONE;

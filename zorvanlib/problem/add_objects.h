@@ -11,7 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "base/limits.h"
 #include "problem/problem.h"
+#include "problem/solve_guard.h"
 
 namespace zrv {
 
@@ -37,10 +39,7 @@ class OwnedObjects {
 };
 
 // Which kind of object a deletion or lookup concerns (element codes).
-enum class ObjectKind : int { Constraint = 0, Variable = 1, Sos = 2 };
-
-// Nested containers are followed this deep.
-constexpr int kWalkDepthLimit = 32;
+enum class ModelObjectKind : int { Constraint = 0, Variable = 1, Sos = 2 };
 
 // Appends the leaves of obj to out: lists, tuples, dictionaries (their
 // values), sets, iterators and other iterables are walked, to a depth of 32;
@@ -63,20 +62,17 @@ inline void AppendDefaultName(char prefix, uint64_t id, std::string &names) {
   names += '\0';
 }
 
-// An integer attribute of the engine problem. 0 or -1 with the engine's error.
-int ReadIntAttrib(ProblemObject *p, int id, int *value);
-
 // Undoes the recording of objects: drops list[from:] and their map entries.
-void ForgetTail(ProblemObject *p, ObjectKind kind, Py_ssize_t from);
+void ForgetTail(ProblemObject *p, ModelObjectKind kind, Py_ssize_t from);
 
 // Records an object's position in a map; raises ModelError `already` when
 // the identifier is there, or MemoryError. 0 or -1.
 int RecordIndex(IndexMap *map, uint64_t id, int32_t pos, const char *already);
 
 // The key of an object in the problem's map of its kind.
-uint64_t MapKey(PyObject *o, ObjectKind kind);
-IndexMap *MapOf(ProblemObject *p, ObjectKind kind);
-PyObject *ListOf(ProblemObject *p, ObjectKind kind);
+uint64_t MapKey(PyObject *o, ModelObjectKind kind);
+IndexMap *MapOf(ProblemObject *p, ModelObjectKind kind);
+PyObject *ListOf(ProblemObject *p, ModelObjectKind kind);
 
 // Adds the n variables items[0..n-1] as new columns in one batch (one engine
 // call for all columns, one for their names, one for their types). Any item
@@ -94,10 +90,23 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n,
 // Adds the n SOS items[0..n-1] as new sets in one engine call. 0 or -1.
 int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n);
 
+// The body of addVariable, addConstraint and addSOS (`what`): the arguments
+// (objects, and lists, tuples and dictionaries of them) flattened and handed
+// to one batch adder. None, or null with an error.
+template <class Batch>
+PyObject *AddFlattened(PyObject *self, PyObject *args, const char *what, Batch batch) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (CannotChange(p, what)) return nullptr;
+  OwnedObjects items;
+  if (FlattenObjects(args, items) < 0) return nullptr;
+  if (batch(p, items.data(), items.size()) < 0) return nullptr;
+  Py_RETURN_NONE;
+}
+
 // Deletes the given indices (any order, repeats allowed) of one kind from
 // the engine, then from the problem's list and map, renumbering the rest.
 // Nothing changes when the engine refuses. 0 or -1.
-int DeleteIndices(ProblemObject *p, ObjectKind kind, std::vector<int> indices);
+int DeleteIndices(ProblemObject *p, ModelObjectKind kind, std::vector<int> indices);
 
 // The methods.
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args);

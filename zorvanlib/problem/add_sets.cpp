@@ -3,14 +3,16 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/sos.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -68,6 +70,7 @@ int Record(ProblemObject *p, PyObject *o, int index, SetBatch &b) {
   if (!name) return -1;
   Py_ssize_t len;
   const char *text = PyUnicode_AsUTF8AndSize(name, &len);
+  if (text && CheckNameText(text, len, "SOS", name) < 0) text = nullptr;
   if (text) {
     b.names.append(text, static_cast<size_t>(len));
     b.names += '\0';
@@ -90,7 +93,7 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   SetBatch b;
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), b) < 0) {
-      ForgetTail(p, ObjectKind::Sos, listed);
+      ForgetTail(p, ModelObjectKind::Sos, listed);
       return -1;
     }
   }
@@ -107,19 +110,14 @@ int AddSosBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
       for (int k = 0; k < count; ++k) sets[static_cast<size_t>(k)] = first + k;
       CallUnlocked(ZRVSdelsets, prob, count, static_cast<const int *>(sets.data()));
     }
-    ForgetTail(p, ObjectKind::Sos, listed);
+    ForgetTail(p, ModelObjectKind::Sos, listed);
     return -1;
   }
   return 0;
 }
 
 PyObject *ProblemAddSos(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddSosBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, "addSOS", AddSosBatch);
 }
 
 const char AddSosDoc[] = ZRV_HELP(

@@ -3,13 +3,15 @@
 #include <string>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -50,7 +52,7 @@ int AppendName(uint64_t word, std::string &names) {
     PyErr_SetString(ModelError, "Invalid variable name (must be a string)");
     return -1;
   }
-  if (!text) {
+  if (!text || CheckNameText(text, len, "variable", name) < 0) {
     Py_DECREF(name);
     return -1;
   }
@@ -102,7 +104,7 @@ int Record(ProblemObject *p, PyObject *o, int col, ColumnBatch &batch) {
     PyErr_SetString(ModelError, "Variable is not initialized");
     return -1;
   }
-  int type = VarType_(word);
+  int type = VarTypeCode(word);
   if (type < 0 || type > 5) {
     PyErr_SetString(ModelError,
                     "Invalid variable type: should be one of zorvan.binary, zorvan.continuous, "
@@ -161,7 +163,7 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   batch.names.reserve(static_cast<size_t>(n) * 8);
   for (Py_ssize_t i = 0; i < n; ++i) {
     if (Record(p, items[i], first + static_cast<int>(i), batch) < 0) {
-      ForgetTail(p, ObjectKind::Variable, listed);
+      ForgetTail(p, ModelObjectKind::Variable, listed);
       return -1;
     }
   }
@@ -175,19 +177,14 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
       CallUnlocked(ZRVSdelcols, p->prob, static_cast<int>(cols.size()),
                    static_cast<const int *>(cols.data()));
     }
-    ForgetTail(p, ObjectKind::Variable, listed);
+    ForgetTail(p, ModelObjectKind::Variable, listed);
     return -1;
   }
   return 0;
 }
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
-  OwnedObjects items;
-  if (FlattenObjects(args, items) < 0) return nullptr;
-  if (AddVariableBatch(p, items.data(), items.size()) < 0) return nullptr;
-  Py_RETURN_NONE;
+  return AddFlattened(self, args, "addVariable", AddVariableBatch);
 }
 
 const char AddVariableDoc[] = ZRV_HELP(

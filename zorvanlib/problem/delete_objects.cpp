@@ -3,25 +3,26 @@
 #include <algorithm>
 #include <vector>
 
-#include "bindings/convert.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "numpy/bridge.h"
+#include "problem/arguments.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
+#include "base/arrays.h"
 #include "problem/add_objects.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
 
-int DeleteIndices(ProblemObject *p, ObjectKind kind, std::vector<int> indices) {
+int DeleteIndices(ProblemObject *p, ModelObjectKind kind, std::vector<int> indices) {
   std::sort(indices.begin(), indices.end());
   indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
   if (indices.empty()) return 0;
   const int n = static_cast<int>(indices.size());
   const int *data = indices.data();
-  int rc = kind == ObjectKind::Variable     ? CallUnlocked(ZRVSdelcols, p->prob, n, data)
-           : kind == ObjectKind::Constraint ? CallUnlocked(ZRVSdelrows, p->prob, n, data)
+  int rc = kind == ModelObjectKind::Variable     ? CallUnlocked(ZRVSdelcols, p->prob, n, data)
+           : kind == ModelObjectKind::Constraint ? CallUnlocked(ZRVSdelrows, p->prob, n, data)
                                             : CallUnlocked(ZRVSdelsets, p->prob, n, data);
   if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
 
@@ -58,12 +59,12 @@ const char *const kDeleteKeywords[] = {"index", "first", "last", nullptr};
 
 constexpr int kCountAttrib[] = {ZRVS_ORIGINALROWS, ZRVS_ORIGINALCOLS, ZRVS_ORIGINALSETS};
 
-bool IsKindObject(PyObject *o, ObjectKind kind) {
+bool IsKindObject(PyObject *o, ModelObjectKind kind) {
   PyTypeObject *t = Py_TYPE(o);
   switch (kind) {
-    case ObjectKind::Variable: return t == &VarType;
-    case ObjectKind::Constraint: return t == &ConstraintType;
-    case ObjectKind::Sos: return t == &SosType;
+    case ModelObjectKind::Variable: return t == &VarType;
+    case ModelObjectKind::Constraint: return t == &ConstraintType;
+    case ModelObjectKind::Sos: return t == &SosType;
   }
   return false;
 }
@@ -103,9 +104,12 @@ int ObjectArrayIndices(ProblemObject *p, PyObject *index, int code, std::vector<
   });
 }
 
-PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind) {
+PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ModelObjectKind kind) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  const char *what = kind == ModelObjectKind::Variable     ? "delVariable"
+                     : kind == ModelObjectKind::Constraint ? "delConstraint"
+                                                      : "delSOS";
+  if (CannotChange(p, what)) return nullptr;
   PyObject *index = nullptr;
   int first = -1, last = -1;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "|Oii", const_cast<char **>(kDeleteKeywords),
@@ -151,13 +155,13 @@ PyObject *Delete(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind
 }  // namespace
 
 PyObject *ProblemDelVariable(PyObject *self, PyObject *args, PyObject *kwds) {
-  return Delete(self, args, kwds, ObjectKind::Variable);
+  return Delete(self, args, kwds, ModelObjectKind::Variable);
 }
 PyObject *ProblemDelConstraint(PyObject *self, PyObject *args, PyObject *kwds) {
-  return Delete(self, args, kwds, ObjectKind::Constraint);
+  return Delete(self, args, kwds, ModelObjectKind::Constraint);
 }
 PyObject *ProblemDelSos(PyObject *self, PyObject *args, PyObject *kwds) {
-  return Delete(self, args, kwds, ObjectKind::Sos);
+  return Delete(self, args, kwds, ModelObjectKind::Sos);
 }
 
 #define ZRV_DELETE_ARGS(what)                                                                \

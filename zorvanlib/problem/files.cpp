@@ -13,16 +13,17 @@
 #include <utility>
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/sos.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
 #include "problem/problem.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -259,9 +260,6 @@ void Install(ProblemObject *p, Rebuilt &rebuilt) {
   delete std::exchange(p->colmap, rebuilt.colmap.release());
   delete std::exchange(p->rowmap, rebuilt.rowmap.release());
   delete std::exchange(p->setmap, rebuilt.setmap.release());
-  p->userfuncs = nullptr;
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->nl_constraints = 0;
   p->nl_objective = 0;
   // Released last: their destruction may run arbitrary code.
@@ -274,7 +272,7 @@ bool HasNonlinearParts(ProblemObject *p) { return p->nl_constraints > 0 || p->nl
 
 PyObject *ProblemRead(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "read")) return nullptr;
   static const char *keywords[] = {"filename", "options", nullptr};
   const char *filename = nullptr, *options = "";
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "s|s", const_cast<char **>(keywords), &filename,

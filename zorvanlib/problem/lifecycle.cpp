@@ -3,19 +3,14 @@
 #include <utility>
 #include <vector>
 
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/output.h"
-#include "problem/control.h"
+#include "base/engine_call.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/output.h"
+#include "controls/control.h"
 #include "problem/problem.h"
 
 namespace zrv {
-
-bool NotInitialized(ProblemObject *p) {
-  if (p->prob) return false;
-  PyErr_SetString(ModelError, "Problem is not initialized");
-  return true;
-}
 
 namespace {
 
@@ -36,14 +31,14 @@ void ReleaseProblem(ProblemObject *p) {
   // After the last stop the engine has forgotten its problems; they are
   // released before that stop, so a stopped engine means nothing to destroy.
   if (prob && GetEnvCount() > 0) {
-    Py_BEGIN_ALLOW_THREADS
-    ZRVSremovecbmessage(prob, ProblemMessage, p);
-    if (slp) {
-      ZSLPsetcbmessage(slp, nullptr, nullptr);
-      ZSLPdestroyprob(slp);
-    }
-    ZRVSdestroyprob(prob);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      ZRVSremovecbmessage(prob, ProblemMessage, p);
+      if (slp) {
+        ZSLPsetcbmessage(slp, nullptr, nullptr);
+        ZSLPdestroyprob(slp);
+      }
+      ZRVSdestroyprob(prob);
+    });
   }
   for (PyObject *&slot : p->callbacks) Py_CLEAR(slot);
   DropView(p->controls);
@@ -55,7 +50,6 @@ void ReleaseProblem(ProblemObject *p) {
   delete std::exchange(p->colmap, nullptr);
   delete std::exchange(p->rowmap, nullptr);
   delete std::exchange(p->setmap, nullptr);
-  p->userfuncs = nullptr;
 }
 
 void ReleaseAllProblems() {

@@ -1,10 +1,10 @@
 // problem.getVariable, getConstraint, getSOS and getIndex: from indices to
 // objects and back.
-#include "bindings/convert.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "problem/arguments.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
 
 namespace zrv {
@@ -13,7 +13,7 @@ namespace {
 
 const char *const kGetKeywords[] = {"index", "first", "last", nullptr};
 
-PyObject *Get(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind) {
+PyObject *Get(PyObject *self, PyObject *args, PyObject *kwds, ModelObjectKind kind) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (NotInitialized(p)) return nullptr;
   PyObject *index = nullptr;
@@ -80,13 +80,13 @@ PyObject *Get(PyObject *self, PyObject *args, PyObject *kwds, ObjectKind kind) {
 }  // namespace
 
 PyObject *ProblemGetVariable(PyObject *self, PyObject *args, PyObject *kwds) {
-  return Get(self, args, kwds, ObjectKind::Variable);
+  return Get(self, args, kwds, ModelObjectKind::Variable);
 }
 PyObject *ProblemGetConstraint(PyObject *self, PyObject *args, PyObject *kwds) {
-  return Get(self, args, kwds, ObjectKind::Constraint);
+  return Get(self, args, kwds, ModelObjectKind::Constraint);
 }
 PyObject *ProblemGetSos(PyObject *self, PyObject *args, PyObject *kwds) {
-  return Get(self, args, kwds, ObjectKind::Sos);
+  return Get(self, args, kwds, ModelObjectKind::Sos);
 }
 
 PyObject *ProblemGetIndex(PyObject *self, PyObject *obj) {

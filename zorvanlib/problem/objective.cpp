@@ -3,25 +3,25 @@
 
 #include <vector>
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
+#include "problem/terms.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/quadterm.h"
 #include "model/var.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "nonlinear/nonlinear.h"
-#include "problem/control.h"
+#include "base/engine_call.h"
+#include "base/limits.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
+#include "controls/control.h"
+#include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
 
 namespace {
-
-// Nested sequences of objectives are followed this deep.
-constexpr int kWalkDepth = 32;
 
 // An objective in engine terms: constant, coefficients by column and the
 // quadratic part as coef * x[col1] * x[col2].
@@ -33,71 +33,32 @@ struct Objective {
   std::vector<double> qcoefs;
 };
 
-int Column(ProblemObject *p, PyObject *var, int *col) {
-  int32_t index;
-  if (ObjectToIndex(var, p, &index, ElemColumn) < 0) return -1;
-  *col = index;
-  return 0;
-}
-
-int AddLinear(ProblemObject *p, Objective &obj, PyObject *var, double coef) {
-  int col;
-  if (Column(p, var, &col) < 0) return -1;
-  obj.cols.push_back(col);
-  obj.coefs.push_back(coef);
-  return 0;
-}
-
-int AddQuadratic(ProblemObject *p, Objective &obj, PyObject *a, PyObject *b, double coef) {
-  int c1, c2;
-  if (Column(p, a, &c1) < 0 || Column(p, b, &c2) < 0) return -1;
-  obj.qcol1.push_back(c1);
-  obj.qcol2.push_back(c2);
-  obj.qcoefs.push_back(coef);
-  return 0;
-}
-
-// The objective an expression stands for. Refuses what cannot be an
-// objective (yet) before anything changes.
-int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
-  PyTypeObject *type = Py_TYPE(o);
-  if (type == &VarType) return AddLinear(p, obj, o, 1.0);
-  if (type == &LinTermType) {
-    auto *t = reinterpret_cast<LinTermObject *>(o);
-    return AddLinear(p, obj, t->var, t->coef);
-  }
-  if (type == &QuadTermType) {
-    auto *t = reinterpret_cast<QuadTermObject *>(o);
-    return AddQuadratic(p, obj, t->var1, t->var2, t->coef);
-  }
-  if (PyObject_TypeCheck(o, &ExpressionType)) {
-    obj.constant = AsExpression(o)->constant;
-    const LinearEntries &lin = ExpressionLinear(o);
-    obj.cols.reserve(lin.size());
-    obj.coefs.reserve(lin.size());
-    for (const LinEntry &e : lin)
-      if (AddLinear(p, obj, e.var, e.coef) < 0) return -1;
-    for (const QuadEntry &e : ExpressionQuadratic(o))
-      if (AddQuadratic(p, obj, e.var1, e.var2, e.coef) < 0) return -1;
+// Objective entries as they are written: coef * x[col1] * x[col2].
+struct ObjectiveTerms {
+  Objective &obj;
+  int Linear(int col, double coef) {
+    obj.cols.push_back(col);
+    obj.coefs.push_back(coef);
     return 0;
   }
-  if (PyObject_TypeCheck(o, &NonlinearType)) {
-    PyErr_SetString(ModelError,
-                    "Nonlinear objectives are not available yet: the objective must be a "
-                    "linear or quadratic expression");
-    return -1;
+  int Quadratic(int c1, int c2, double coef) {
+    obj.qcol1.push_back(c1);
+    obj.qcol2.push_back(c2);
+    obj.qcoefs.push_back(coef);
+    return 0;
   }
-  PyErr_SetString(ModelError, "Invalid object set as objective");
-  return -1;
-}
+};
 
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  ZRVSprob prob = p->prob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, id, value);
-  Py_END_ALLOW_THREADS
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
+// What cannot be an objective (yet) is refused before anything changes.
+const BodyRules kObjectiveRules = {
+    false,
+    "Nonlinear objectives are not available yet: the objective must be a linear or quadratic "
+    "expression",
+    "Invalid object set as objective"};
+
+int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
+  ObjectiveTerms terms{obj};
+  return DecomposeBody(p->colmap, o, kObjectiveRules, terms, &obj.constant);
 }
 
 // Every column's coefficient of the new objective, zero where it has none;
@@ -118,8 +79,8 @@ void DenseCoefficients(const Objective &obj, int ncols, bool constant, std::vect
 
 int SetPrimary(ProblemObject *p, const Objective &obj) {
   int ncols = 0, qelems = 0;
-  if (IntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
-  if (IntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
   std::vector<int> ind;
   std::vector<double> val;
   DenseCoefficients(obj, ncols, true, ind, val);
@@ -134,42 +95,42 @@ int SetPrimary(ProblemObject *p, const Objective &obj) {
     if (new1[i] == new2[i]) newv[i] *= 2.0;
   ZRVSprob prob = p->prob;
   int rc = 0;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobj(prob, static_cast<int>(ind.size()), ind.data(), val.data());
-  if (rc == 0 && qelems > 0 && ncols > 0) {
-    int64_t n = 0;
-    start.resize(static_cast<size_t>(ncols) + 1);
-    rc = ZRVSgetmqobj64(prob, start.data(), nullptr, nullptr, 0, &n, 0, ncols - 1);
-    if (rc == 0 && n > 0) {
-      qind.resize(static_cast<size_t>(n));
-      qval.resize(static_cast<size_t>(n));
-      rc = ZRVSgetmqobj64(prob, start.data(), qind.data(), qval.data(), n, &n, 0, ncols - 1);
-    }
-    if (rc == 0 && n > 0) {
-      for (int j = 0; j < ncols; ++j) {
-        for (int64_t k = start[static_cast<size_t>(j)]; k < start[static_cast<size_t>(j) + 1]; ++k) {
-          if (qind[static_cast<size_t>(k)] <= j) {
-            clear1.push_back(qind[static_cast<size_t>(k)]);
-            clear2.push_back(j);
+  CallUnlocked([&] {
+    rc = ZRVSchgobj(prob, static_cast<int>(ind.size()), ind.data(), val.data());
+    if (rc == 0 && qelems > 0 && ncols > 0) {
+      int64_t n = 0;
+      start.resize(static_cast<size_t>(ncols) + 1);
+      rc = ZRVSgetmqobj64(prob, start.data(), nullptr, nullptr, 0, &n, 0, ncols - 1);
+      if (rc == 0 && n > 0) {
+        qind.resize(static_cast<size_t>(n));
+        qval.resize(static_cast<size_t>(n));
+        rc = ZRVSgetmqobj64(prob, start.data(), qind.data(), qval.data(), n, &n, 0, ncols - 1);
+      }
+      if (rc == 0 && n > 0) {
+        for (int j = 0; j < ncols; ++j) {
+          for (int64_t k = start[static_cast<size_t>(j)]; k < start[static_cast<size_t>(j) + 1]; ++k) {
+            if (qind[static_cast<size_t>(k)] <= j) {
+              clear1.push_back(qind[static_cast<size_t>(k)]);
+              clear2.push_back(j);
+            }
           }
         }
+        std::vector<double> zeros(clear1.size(), 0.0);
+        rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(clear1.size()), clear1.data(),
+                            clear2.data(), zeros.data());
       }
-      std::vector<double> zeros(clear1.size(), 0.0);
-      rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(clear1.size()), clear1.data(),
-                          clear2.data(), zeros.data());
     }
-  }
-  if (rc == 0 && !newv.empty())
-    rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(newv.size()), new1.data(), new2.data(),
-                        newv.data());
-  Py_END_ALLOW_THREADS
+    if (rc == 0 && !newv.empty())
+      rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(newv.size()), new1.data(), new2.data(),
+                          newv.data());
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
 int SetFurther(ProblemObject *p, const Objective &obj, int k, int count) {
   int ncols = 0, qelems = 0;
-  if (IntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
-  if (IntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
+  if (ReadIntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
   if (!obj.qcoefs.empty() || qelems != 0 || p->nl_objective) {
     PyErr_SetString(ModelError,
                     "Quadratic and nonlinear objectives are not supported in multi-objective "
@@ -182,18 +143,18 @@ int SetFurther(ProblemObject *p, const Objective &obj, int k, int count) {
   ZRVSprob prob = p->prob;
   const double constant = obj.constant;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobjn(prob, k, static_cast<int>(ind.size()), ind.data(), val.data());
-  if (rc == 0) {
-    rc = ZRVSsetobjdblcontrol(prob, k, ZRVS_OBJECTIVE_RHS, constant);
-    // A new objective that could not be completed is taken out again.
-    if (rc != 0 && k == count) ZRVSdelobj(prob, k);
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVSchgobjn(prob, k, static_cast<int>(ind.size()), ind.data(), val.data());
+    if (rc == 0) {
+      rc = ZRVSsetobjdblcontrol(prob, k, ZRVS_OBJECTIVE_RHS, constant);
+      // A new objective that could not be completed is taken out again.
+      if (rc != 0 && k == count) ZRVSdelobj(prob, k);
+    }
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
-int ObjectiveCount(ProblemObject *p, int *count) { return IntAttrib(p, ZRVS_OBJECTIVES, count); }
+int ObjectiveCount(ProblemObject *p, int *count) { return ReadIntAttrib(p, ZRVS_OBJECTIVES, count); }
 
 // The objective controls given with a call, by identifier.
 struct ControlArgs {
@@ -215,6 +176,62 @@ int ApplyControls(ProblemObject *p, int k, const ControlArgs &c) {
     int rc = SetObjControl(p, k, item.id, key, item.value);
     Py_DECREF(key);
     if (rc < 0) return -1;
+  }
+  return 0;
+}
+
+// Objective controls as they were before a call changed them: (id, value).
+struct SavedControls {
+  std::vector<std::pair<int, PyObject *>> values;
+  ~SavedControls() {
+    for (auto &v : values) Py_DECREF(v.second);
+  }
+};
+
+int ReadSense(ProblemObject *p, int *sense) {
+  double v = 0.0;
+  PyObject *self = reinterpret_cast<PyObject *>(p);
+  if (CallEngine(self, ZRVSgetdblattrib, p->prob, ZRVS_OBJSENSE, &v) < 0) return -1;
+  *sense = v < 0 ? -1 : 1;
+  return 0;
+}
+
+// Undoes a failed setObjective: the old sense (when not 0) and the old
+// values of the controls it set. The pending error is kept.
+void Restore(ProblemObject *p, int k, const SavedControls &saved, int sense) {
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  if (sense != 0 && SetSense(p, sense) < 0) PyErr_Clear();
+  for (const auto &v : saved.values) {
+    PyObject *key = PyUnicode_FromString(ObjControlName(v.first));
+    if (key && SetObjControl(p, k, v.first, key, v.second) < 0) PyErr_Clear();
+    Py_XDECREF(key);
+    if (!key) PyErr_Clear();
+  }
+  PyErr_Restore(type, value, traceback);
+}
+
+// ApplyControls that records each old value first; on failure the ones
+// already changed are set back.
+int ApplyControlsSaving(ProblemObject *p, int k, const ControlArgs &c, SavedControls &saved) {
+  const struct {
+    PyObject *value;
+    int id;
+  } items[] = {{c.priority, ZRVS_OBJECTIVE_PRIORITY},
+               {c.weight, ZRVS_OBJECTIVE_WEIGHT},
+               {c.abstol, ZRVS_OBJECTIVE_ABSTOL},
+               {c.reltol, ZRVS_OBJECTIVE_RELTOL}};
+  for (const auto &item : items) {
+    if (!item.value || item.value == Py_None) continue;
+    PyObject *old = GetObjControl(p, k, item.id);
+    if (old) saved.values.emplace_back(item.id, old);
+    PyObject *key = old ? PyUnicode_FromString(ObjControlName(item.id)) : nullptr;
+    int rc = key ? SetObjControl(p, k, item.id, key, item.value) : -1;
+    Py_XDECREF(key);
+    if (rc < 0) {
+      Restore(p, k, saved, 0);
+      return -1;
+    }
   }
   return 0;
 }
@@ -283,10 +300,10 @@ int SetSense(ProblemObject *p, int sense) {
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSchgobjsense(prob, sense == 1 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE);
-  if (rc == 0 && slp) rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, sense == 1 ? 1.0 : -1.0);
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVSchgobjsense(prob, sense == 1 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE);
+    if (rc == 0 && slp) rc = ZSLPsetdblcontrol(slp, ZSLP_OBJSENSE, sense == 1 ? 1.0 : -1.0);
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
@@ -305,7 +322,7 @@ int SetObjectiveAt(ProblemObject *p, PyObject *expr, int k) {
 
 PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "setObjective")) return nullptr;
   static const char *keywords[] = {"objective", "sense",  "objidx", "priority",
                                    "weight",    "abstol", "reltol", nullptr};
   PyObject *objective = nullptr, *sense = nullptr;
@@ -323,16 +340,25 @@ PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   }
   if (sense && sense != Py_None && ParseSense(sense, &sense_value) < 0) return nullptr;
   if (CheckControls(c) < 0) return nullptr;
-  if (sense_value != 0 && SetSense(p, sense_value) < 0) return nullptr;
-  if (objective && objective != Py_None && SetObjectiveAt(p, objective, objidx) < 0)
+  // A failed call changes nothing: the controls go first (their old values
+  // kept), then the sense, then the objective; a failure undoes the earlier.
+  SavedControls saved;
+  if (ApplyControlsSaving(p, objidx, c, saved) < 0) return nullptr;
+  int old_sense = 0;
+  if (sense_value != 0 && (ReadSense(p, &old_sense) < 0 || SetSense(p, sense_value) < 0)) {
+    Restore(p, objidx, saved, 0);
     return nullptr;
-  if (ApplyControls(p, objidx, c) < 0) return nullptr;
+  }
+  if (objective && objective != Py_None && SetObjectiveAt(p, objective, objidx) < 0) {
+    Restore(p, objidx, saved, old_sense);
+    return nullptr;
+  }
   Py_RETURN_NONE;
 }
 
 PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "addObjective")) return nullptr;
   static const char *keywords[] = {"priority", "weight", "abstol", "reltol", nullptr};
   ControlArgs c;
   PyObject *empty = PyTuple_New(0);
@@ -342,7 +368,7 @@ PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   Py_DECREF(empty);
   if (!ok || CheckControls(c) < 0) return nullptr;
   std::vector<PyObject *> objectives;
-  int rc = Collect(args, objectives, kWalkDepth + 1);  // the argument tuple is no level
+  int rc = Collect(args, objectives, kArgumentNesting + 1);  // the argument tuple is no level
   int first = 0;
   if (rc == 0) rc = ObjectiveCount(p, &first);
   int added = 0;
@@ -360,9 +386,9 @@ PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   PyObject *type, *value, *traceback;
   PyErr_Fetch(&type, &value, &traceback);
   ZRVSprob prob = p->prob;
-  Py_BEGIN_ALLOW_THREADS
-  for (int k = first + added - 1; k >= first; --k) ZRVSdelobj(prob, k);
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    for (int k = first + added - 1; k >= first; --k) ZRVSdelobj(prob, k);
+  });
   PyErr_Restore(type, value, traceback);
   return nullptr;
 }

@@ -8,33 +8,30 @@
 
 #include <cstdint>
 
-#include "problem/index_map.h"
+#include "base/index_map.h"
+#include "base/problem_handles.h"
 #include "zorvan/zslp.h"
 
 // One slot per callback kind; each slot is empty or a list of registrations.
 constexpr int kCallbackKinds = 44;
 
-using IndexMap = zrv::IndexMap;
-
-struct ProblemObject {
-  PyObject_HEAD
-  ZRVSprob prob;          // null: the problem is not initialized
-  ZSLPprob slpprob;       // null when the nonlinear library is not started
+// The engine problems (prob, slpprob) come first, in ProblemHandles.
+struct ProblemObject : ProblemHandles {
   PyObject *varlist;      // `var` objects in column order
   PyObject *conlist;      // `constraint` objects in row order
   PyObject *soslist;      // `sos` objects in set order
   PyObject *controls;     // `control` view
   PyObject *attributes;   // `attribute` view (all solves)
   PyObject *objattribs;   // `objattrib` view
-  IndexMap *colmap;       // variable id -> column
-  IndexMap *rowmap;       // constraint id -> row
-  IndexMap *setmap;       // SOS word -> set
+  zrv::IndexMap *colmap;       // variable id -> column
+  zrv::IndexMap *rowmap;       // constraint id -> row
+  zrv::IndexMap *setmap;       // SOS word -> set
   PyObject *callbacks[kCallbackKinds];
-  int32_t formula_state;
+  // Nonlinear rows and objective of the problem. Nothing sets them yet: they
+  // stay 0 until the nonlinear layer adds formulas, and the paths that test
+  // them (solve, solutions, files, objectives) are ready for that.
   int32_t nl_constraints;
   int32_t nl_objective;
-  void *userfuncs;
-  int64_t obj_transfer_index;
   int64_t output_enabled;
   ProblemObject *prev;    // live-problem list
   ProblemObject *next;
@@ -47,9 +44,12 @@ extern PyTypeObject ProblemType;
 
 inline bool IsProblem(PyObject *o) { return PyObject_TypeCheck(o, &ProblemType); }
 
-// Raises ModelError "Problem is not initialized" and returns true when the
-// problem holds no engine problem.
-bool NotInitialized(ProblemObject *p);
+// self (a problem method's self) when it holds an engine problem; else null
+// with ModelError "Problem is not initialized".
+inline ProblemObject *Checked(PyObject *self) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  return NotInitialized(p) ? nullptr : p;
+}
 
 // Releases the engine problems, registrations, lists, maps and views of a
 // problem; it becomes uninitialized. Safe to call more than once.

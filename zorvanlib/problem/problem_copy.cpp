@@ -2,8 +2,9 @@
 // its bookkeeping and shares the modelling objects.
 #include <new>
 
-#include "module/errors.h"
-#include "module/globals.h"
+#include "base/engine_call.h"
+#include "base/errors.h"
+#include "base/globals.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
 
@@ -17,12 +18,12 @@ int CopyInto(ProblemObject *dst, ProblemObject *src) {
   ZRVSprob dprob = dst->prob, sprob = src->prob;
   ZSLPprob dslp = dst->slpprob, sslp = src->slpprob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVScopyprob(dprob, sprob, "");
-  if (rc == 0 && dslp && sslp) rc = ZSLPcopyprob(dslp, sslp, "");
-  if (rc == 0) rc = ZRVScopycontrols(dprob, sprob);
-  if (rc == 0 && dslp && sslp) rc = ZSLPcopycontrols(dslp, sslp);
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVScopyprob(dprob, sprob, "");
+    if (rc == 0 && dslp && sslp) rc = ZSLPcopyprob(dslp, sslp, "");
+    if (rc == 0) rc = ZRVScopycontrols(dprob, sprob);
+    if (rc == 0 && dslp && sslp) rc = ZSLPcopycontrols(dslp, sslp);
+  });
   if (rc != 0) return ReportFailure(self);
   // Callback registrations are copied once callbacks exist.
   if (RegisterMessageCallbacks(dst) < 0 || CreateBookkeeping(dst) < 0) return -1;
@@ -39,10 +40,8 @@ int CopyInto(ProblemObject *dst, ProblemObject *src) {
       PyList_SetSlice(dst->soslist, 0, 0, src->soslist) < 0)
     return -1;
   dst->output_enabled = src->output_enabled;
-  dst->formula_state = src->formula_state;
   dst->nl_constraints = src->nl_constraints;
   dst->nl_objective = src->nl_objective;
-  dst->obj_transfer_index = src->obj_transfer_index;
   return 0;
 }
 

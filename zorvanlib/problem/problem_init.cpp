@@ -5,12 +5,14 @@
 #include <set>
 
 #include "model/var.h"
-#include "module/environment.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/types.h"
+#include "base/engine_call.h"
+#include "base/environment.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/text.h"
+#include "base/types.h"
 #include "problem/add_objects.h"
-#include "problem/control.h"
+#include "controls/control.h"
 #include "problem/objective.h"
 
 namespace zrv {
@@ -91,13 +93,13 @@ int CreateEngineProblems(ProblemObject *p) {
   ZRVSprob prob = nullptr;
   ZSLPprob slp = nullptr;
   int rc, slp_rc = 0;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVScreateprob(&prob);
-  if (rc == 0 && slp_started) {
-    slp_rc = ZSLPcreateprob(&slp, &prob);
-    if (slp_rc == 0) slp_rc = ZSLPsetintcontrol(slp, ZSLP_PRESOLVE, 0);
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVScreateprob(&prob);
+    if (rc == 0 && slp_started) {
+      slp_rc = ZSLPcreateprob(&slp, &prob);
+      if (slp_rc == 0) slp_rc = ZSLPsetintcontrol(slp, ZSLP_PRESOLVE, 0);
+    }
+  });
   p->prob = prob;
   p->slpprob = slp;
   if (rc != 0 || slp_rc != 0) return ReportFailure(self);
@@ -108,10 +110,10 @@ int RegisterMessageCallbacks(ProblemObject *p) {
   ZRVSprob prob = p->prob;
   ZSLPprob slp = p->slpprob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSaddcbmessage(prob, ProblemMessage, p, 1);
-  if (rc == 0 && slp) rc = ZSLPsetcbmessage(slp, ProblemSlpMessage, p);
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    rc = ZRVSaddcbmessage(prob, ProblemMessage, p, 1);
+    if (rc == 0 && slp) rc = ZSLPsetcbmessage(slp, ProblemSlpMessage, p);
+  });
   return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
 }
 
@@ -137,25 +139,22 @@ int InitializeProblem(ProblemObject *p, PyObject *args, PyObject *kwds) {
 
   PyObject *self = reinterpret_cast<PyObject *>(p);
   int rc = CreateBookkeeping(p);
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->nl_constraints = 0;
   p->nl_objective = 0;
-  p->userfuncs = nullptr;
   if (rc == 0) rc = CreateEngineProblems(p);
   if (rc == 0) {
     // Load the empty problem silently: the load message is not wanted here.
     ZRVSprob prob = p->prob;
     int engine_rc;
-    Py_BEGIN_ALLOW_THREADS
-    int saved = 1;
-    engine_rc = ZRVSgetintcontrol(prob, ZRVS_OUTPUTLOG, &saved);
-    if (engine_rc == 0) engine_rc = ZRVSsetintcontrol(prob, ZRVS_OUTPUTLOG, 0);
-    if (engine_rc == 0)
-      engine_rc = ZRVSloadlp(prob, name ? name : "noname", 0, 0, nullptr, nullptr, nullptr,
-                             nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-    if (engine_rc == 0) engine_rc = ZRVSsetintcontrol(prob, ZRVS_OUTPUTLOG, saved);
-    Py_END_ALLOW_THREADS
+    CallUnlocked([&] {
+      int saved = 1;
+      engine_rc = ZRVSgetintcontrol(prob, ZRVS_OUTPUTLOG, &saved);
+      if (engine_rc == 0) engine_rc = ZRVSsetintcontrol(prob, ZRVS_OUTPUTLOG, 0);
+      if (engine_rc == 0)
+        engine_rc = ZRVSloadlp(prob, name ? name : "noname", 0, 0, nullptr, nullptr, nullptr,
+                               nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+      if (engine_rc == 0) engine_rc = ZRVSsetintcontrol(prob, ZRVS_OUTPUTLOG, saved);
+    });
     if (engine_rc != 0) rc = ReportFailure(self);
   }
   if (rc == 0) rc = RegisterMessageCallbacks(p);
@@ -182,13 +181,14 @@ int ProcessDeclaration(ProblemObject *p, PyObject *args) {
         return -1;
       }
       named = true;
-      const char *text = PyUnicode_Check(arg) ? PyUnicode_AsUTF8(arg) : PyBytes_AS_STRING(arg);
-      if (!text) return -1;
+      Py_ssize_t length = 0;
+      const char *text = PyUnicode_Check(arg) ? PyUnicode_AsUTF8AndSize(arg, &length)
+                                              : PyBytes_AS_STRING(arg);
+      if (PyBytes_Check(arg)) length = PyBytes_GET_SIZE(arg);
+      if (!text || CheckNameText(text, length, "problem", arg) < 0) return -1;
       ZRVSprob prob = p->prob;
       int rc;
-      Py_BEGIN_ALLOW_THREADS
-      rc = ZRVSsetprobname(prob, text);
-      Py_END_ALLOW_THREADS
+      rc = CallUnlocked(ZRVSsetprobname, prob, text);
       if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
       continue;
     }

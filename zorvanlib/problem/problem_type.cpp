@@ -1,20 +1,25 @@
 // The `problem` type: allocation, destruction and the lifecycle methods.
-#include "bindings/readback.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
-#include "problem/control.h"
-#include "problem/control_methods.h"
+#include "base/engine_call.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/text.h"
+#include "base/types.h"
+#include "controls/control.h"
+#include "controls/control_methods.h"
 #include "problem/files.h"
+#include "problem/method_table.h"
 #include "problem/problem.h"
+#include "problem/readback.h"
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
+#include "problem/problem_reset.h"
 #include "problem/objective.h"
 #include "problem/solution.h"
+#include "problem/solve_guard.h"
 
-#include <structmember.h>
+#include <string>
 
 namespace zrv {
 
@@ -80,35 +85,23 @@ void ProblemDealloc(PyObject *self) {
   Py_XDECREF(module);
 }
 
-ProblemObject *Checked(PyObject *self) {
-  auto *p = reinterpret_cast<ProblemObject *>(self);
-  return NotInitialized(p) ? nullptr : p;
-}
-
 PyObject *ProblemName(PyObject *self, PyObject *) {
   ProblemObject *p = Checked(self);
   if (!p) return nullptr;
-  ZRVSprob prob = p->prob;
-  int length = 0, rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, ZRVS_PROBNAMELENGTH, &length);
-  Py_END_ALLOW_THREADS
-  if (rc != 0 || length < 0) return ReportError(self, nullptr);
+  int length = 0;
+  if (ReadIntAttrib(p, ZRVS_PROBNAMELENGTH, &length) < 0) return nullptr;
+  if (length < 0) return ReportError(self, nullptr);
   std::string buffer(static_cast<size_t>(length) + 1, '\0');
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetprobname(prob, &buffer[0]);
-  Py_END_ALLOW_THREADS
-  if (rc != 0) return ReportError(self, nullptr);
-  return ReportError(self, PyUnicode_FromString(buffer.c_str()));
+  if (CallEngine(self, ZRVSgetprobname, p->prob, &buffer[0]) < 0) return nullptr;
+  return ReportError(self, TextFromEngine(buffer.c_str()));
 }
 
 PyObject *ProblemStr(PyObject *self) { return ProblemName(self, nullptr); }
 
 PyObject *ProblemReset(PyObject *self, PyObject *) {
-  ProblemObject *p = Checked(self);
-  if (!p) return nullptr;
-  ReleaseProblem(p);
-  if (InitializeProblem(p, nullptr, nullptr) < 0) return nullptr;
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (CannotChange(p, "reset")) return nullptr;
+  if (ResetProblem(p) < 0) return nullptr;
   Py_RETURN_NONE;
 }
 
@@ -124,7 +117,9 @@ PyObject *ProblemEnter(PyObject *self, PyObject *) {
 }
 
 PyObject *ProblemExit(PyObject *self, PyObject *) {
-  ReleaseProblem(reinterpret_cast<ProblemObject *>(self));
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  if (p->prob && CannotChange(p, "the end of a with-block")) return nullptr;
+  ReleaseProblem(p);
   Py_RETURN_NONE;
 }
 
@@ -232,14 +227,52 @@ PyMethodDef ProblemMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyMemberDef ProblemMembers[] = {
-    {"controls", T_OBJECT, offsetof(ProblemObject, controls), READONLY,
-     "The controls of the problem by name (see help(type(p.controls)))."},
-    {"attributes", T_OBJECT, offsetof(ProblemObject, attributes), READONLY,
-     "The attributes of the problem by name (see help(type(p.attributes)))."},
-    {"objattribs", T_OBJECT, offsetof(ProblemObject, objattribs), READONLY,
-     "The attributes of each objective (see help(type(p.objattribs)))."},
-    {nullptr, 0, 0, 0, nullptr},
+// The error a failed engine call left on the problem: the main problem's
+// text, else its nonlinear companion's, else the global one (when the
+// problem could not be created).
+void RaiseProblemError(PyObject *self) {
+  auto *p = reinterpret_cast<ProblemObject *>(self);
+  char msg[ZRVS_MAXMESSAGELENGTH] = {0};
+  int code = 0;
+  ZRVSprob prob = p->prob;
+  ZSLPprob slp = p->slpprob;
+  if (prob) {
+    CallUnlocked([&] {
+      if (ZRVSgetlasterror(prob, msg) != 0) msg[0] = '\0';
+    });
+    msg[sizeof msg - 1] = '\0';
+    if (!msg[0] && slp && GetSlpStarted() != 0) {
+      CallUnlocked([&] {
+        if (ZSLPgetlasterror(slp, &code, msg) != 0) code = 0, msg[0] = '\0';
+      });
+      msg[sizeof msg - 1] = '\0';
+    }
+  }
+  std::string text = msg;
+  if (!prob) text = GlobalLastError(&code);
+  if (code == 0 && text.empty()) text = "Unidentified error associated with optimization problem";
+  SetErrorFromEngine(SolverError, text.c_str());
+}
+
+// The views, read-only. Once the problem is released (the fields hold None)
+// reading one raises "Problem is not initialized", so that p.controls.x says
+// what is wrong.
+template <PyObject *ProblemObject::*View>
+PyObject *GetView(PyObject *self, void *) {
+  PyObject *v = reinterpret_cast<ProblemObject *>(self)->*View;
+  if (v && v != Py_None) return Py_NewRef(v);
+  PyErr_SetString(ModelError, "Problem is not initialized");
+  return nullptr;
+}
+
+PyGetSetDef ProblemGetSet[] = {
+    {"controls", GetView<&ProblemObject::controls>, nullptr,
+     "The controls of the problem by name (see help(type(p.controls))).", nullptr},
+    {"attributes", GetView<&ProblemObject::attributes>, nullptr,
+     "The attributes of the problem by name (see help(type(p.attributes))).", nullptr},
+    {"objattribs", GetView<&ProblemObject::objattribs>, nullptr,
+     "The attributes of each objective (see help(type(p.objattribs))).", nullptr},
+    {nullptr, nullptr, nullptr, nullptr, nullptr},
 };
 
 }  // namespace
@@ -248,8 +281,6 @@ PyObject *NewProblemObject(PyTypeObject *type) {
   PyObject *self = type->tp_alloc(type, 0);
   if (!self) return nullptr;
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  p->formula_state = -1;
-  p->obj_transfer_index = -1;
   p->output_enabled = 1;
   p->module = Py_XNewRef(Module);
   Link(p);
@@ -266,8 +297,10 @@ void SetupProblemType() {
   t.tp_traverse = ProblemTraverse;
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
-  t.tp_methods = WithReadBackMethods(ProblemMethods);
-  t.tp_members = ProblemMembers;
+  AddProblemMethods(ProblemMethods);
+  AddProblemMethods(ReadBackMethods);
+  RegisterErrorSource(&t, RaiseProblemError);
+  t.tp_getset = ProblemGetSet;
   t.tp_doc = ZRV_HELP(
       "An optimization problem: variables, constraints, objective and solver controls.",
       "p = zorvan.problem(*args, name=None, sense=zorvan.minimize)",

@@ -3,14 +3,15 @@
 // used to evaluate expressions.
 #include "problem/solution.h"
 
-#include "bindings/convert.h"
+#include "problem/arguments.h"
 #include "model/constraint.h"
 #include "model/var.h"
-#include "module/containers.h"
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
-#include "module/types.h"
+#include "base/limits.h"
+#include "base/containers.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "base/types.h"
 #include "nonlinear/evaluate.h"
 #include "zorvan/zrvs.h"
 
@@ -18,24 +19,30 @@ namespace zrv {
 
 namespace {
 
-// Nested sequences of positions are followed this deep.
-constexpr int kWalkDepth = 32;
-
 enum Vector { kPrimal, kSlack, kDual, kRCost };
 
 bool RowVector(Vector v) { return v == kSlack || v == kDual; }
 
-int IntAttrib(ProblemObject *p, int id, int *value) {
-  ZRVSprob prob = p->prob;
-  int rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZRVSgetintattrib(prob, id, value);
-  Py_END_ALLOW_THREADS
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
-}
-
 int NonlinearNotAvailable() {
   PyErr_SetString(ModelError, "Solutions of nonlinear problems are not available yet");
+  return -1;
+}
+
+// SolverError "<what>: <the engine's reason>" (such as no solution being
+// available since the last change). Returns -1.
+int FailWithReason(PyObject *self, const char *what) {
+  ReportError(self, nullptr);
+  PyObject *type, *value, *traceback;
+  PyErr_Fetch(&type, &value, &traceback);
+  PyObject *reason = value ? PyObject_Str(value) : nullptr;
+  Py_XDECREF(type);
+  Py_XDECREF(value);
+  Py_XDECREF(traceback);
+  if (reason && PyUnicode_GET_LENGTH(reason) > 0)
+    PyErr_Format(SolverError, "%s: %U", what, reason);
+  else
+    PyErr_SetString(SolverError, what);
+  Py_XDECREF(reason);
   return -1;
 }
 
@@ -45,7 +52,7 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   if (UsesNonlinearSolution(p, &nonlinear) < 0) return -1;
   if (nonlinear) return NonlinearNotAvailable();
   int n = 0;
-  if (IntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
+  if (ReadIntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
   if (ProblemIsMip(p, &mip) < 0) return -1;
   if (mip && which == kDual) {
     PyErr_SetString(SolverError, "Cannot retrieve dual variables in a MIP");
@@ -62,22 +69,32 @@ int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   double *buffer = out.empty() ? &scratch : out.data();
   ZRVSprob prob = p->prob;
   int rc;
-  Py_BEGIN_ALLOW_THREADS
-  if (mip) {
-    rc = ZRVSgetmipsol(prob, which == kPrimal ? buffer : nullptr,
-                       which == kSlack ? buffer : nullptr);
-  } else {
-    rc = ZRVSgetlpsol(prob, which == kPrimal ? buffer : nullptr,
-                      which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
-                      which == kRCost ? buffer : nullptr);
-  }
-  Py_END_ALLOW_THREADS
+  CallUnlocked([&] {
+    if (mip) {
+      rc = ZRVSgetmipsol(prob, which == kPrimal ? buffer : nullptr,
+                         which == kSlack ? buffer : nullptr);
+    } else {
+      rc = ZRVSgetlpsol(prob, which == kPrimal ? buffer : nullptr,
+                        which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
+                        which == kRCost ? buffer : nullptr);
+    }
+  });
   if (rc == 0) return 0;
+  // The engine keeps no solution vectors for a problem without columns or
+  // rows; an empty vector is all there is to give when the solve succeeded.
+  if (out.empty()) {
+    int status = 0;
+    if (ReadIntAttrib(p, mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, &status) < 0) return -1;
+    if (mip ? status == ZRVS_MIP_SOLUTION || status == ZRVS_MIP_OPTIMAL
+            : status == ZRVS_LP_OPTIMAL)
+      return 0;
+  }
+  PyObject *self = reinterpret_cast<PyObject *>(p);
   switch (which) {
-    case kPrimal: return ReportFailure(reinterpret_cast<PyObject *>(p));
-    case kSlack: PyErr_SetString(SolverError, "Could not get constraints' slack"); break;
-    case kDual: PyErr_SetString(SolverError, "Could not get dual solution"); break;
-    case kRCost: PyErr_SetString(SolverError, "Could not retrieve reduced costs"); break;
+    case kPrimal: return ReportFailure(self);
+    case kSlack: return FailWithReason(self, "Could not get constraints' slack");
+    case kDual: return FailWithReason(self, "Could not get dual solution");
+    case kRCost: return FailWithReason(self, "Could not retrieve reduced costs");
   }
   return -1;
 }
@@ -170,10 +187,10 @@ PyObject *Getter(PyObject *self, PyObject *args, Vector which) {
   if (Fetch(p, which, v) < 0) return nullptr;
   const Py_ssize_t n = PyTuple_GET_SIZE(args);
   if (n == 0) return AllValues(v);
-  if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kWalkDepth);
+  if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kArgumentNesting);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;
-  PyObject *result = Walk(p, list, which, v, kWalkDepth);
+  PyObject *result = Walk(p, list, which, v, kArgumentNesting);
   Py_DECREF(list);
   return result;
 }
@@ -185,7 +202,7 @@ int ProblemIsMip(ProblemObject *p, bool *mip) {
   *mip = false;
   for (int id : kIds) {
     int n = 0;
-    if (IntAttrib(p, id, &n) < 0) return -1;
+    if (ReadIntAttrib(p, id, &n) < 0) return -1;
     if (n != 0) *mip = true;
   }
   return 0;
@@ -200,9 +217,7 @@ int UsesNonlinearSolution(ProblemObject *p, bool *yes) {
     return 0;
   }
   int status = 0, rc;
-  Py_BEGIN_ALLOW_THREADS
-  rc = ZSLPgetintattrib(slp, ZSLP_NLPSTATUS, &status);
-  Py_END_ALLOW_THREADS
+  rc = CallUnlocked(ZSLPgetintattrib, slp, ZSLP_NLPSTATUS, &status);
   if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
   *yes = status >= 1 && status <= 6;
   return 0;
@@ -230,7 +245,7 @@ PyObject *ProblemGetSolution(PyObject *self, PyObject *args, PyObject *kwds) {
   EvalPoint point;
   point.values = x.data();
   point.count = static_cast<Py_ssize_t>(x.size());
-  point.problem = p;
+  point.columns = p->colmap;
   if (n == 1) return EvaluateObject(PyTuple_GET_ITEM(args, 0), point);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;

@@ -2,9 +2,13 @@
 // getProbStatus and getProbStatusString.
 #include "problem/solution.h"
 
-#include "module/errors.h"
-#include "module/globals.h"
-#include "module/help.h"
+#include "base/engine_call.h"
+#include "base/enums.h"
+#include "base/errors.h"
+#include "base/globals.h"
+#include "base/help.h"
+#include "problem/solve_guard.h"
+#include "problem/solve_interrupt.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -13,41 +17,34 @@ namespace {
 
 enum class Solver { kAutomatic, kLp, kMip };
 
-// A member of the enumeration cls of zorvan.enums.
-PyObject *EnumMember(const char *cls, int v) {
-  PyObject *enums = PyImport_ImportModule("zorvan.enums");
-  if (!enums) return nullptr;
-  PyObject *type = PyObject_GetAttrString(enums, cls);
-  Py_DECREF(enums);
-  if (!type) return nullptr;
-  PyObject *member = PyObject_CallFunction(type, "i", v);
-  Py_DECREF(type);
-  return member;
-}
-
 PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
-  if (NotInitialized(p)) return nullptr;
+  if (CannotChange(p, "a second solve")) return nullptr;
   static const char *keywords[] = {"flags", nullptr};
   const char *flags = "";
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "|s", const_cast<char **>(keywords), &flags))
     return nullptr;
   ZRVSprob prob = p->prob;
   int solvestatus = 0, solstatus = 0, rc;
-  // Callbacks take the interpreter lock back for themselves.
-  Py_BEGIN_ALLOW_THREADS
-  switch (solver) {
-    case Solver::kAutomatic: rc = ZRVSoptimize(prob, flags, &solvestatus, &solstatus); break;
-    case Solver::kLp: rc = ZRVSlpoptimize(prob, flags); break;
-    default: rc = ZRVSmipoptimize(prob, flags); break;
+  {
+    SolveScope solving(p);
+    SigintDuringSolve sigint(prob);
+    // Callbacks take the interpreter lock back for themselves.
+    CallUnlocked([&] {
+      switch (solver) {
+        case Solver::kAutomatic: rc = ZRVSoptimize(prob, flags, &solvestatus, &solstatus); break;
+        case Solver::kLp: rc = ZRVSlpoptimize(prob, flags); break;
+        default: rc = ZRVSmipoptimize(prob, flags); break;
+      }
+    });
+    if (sigint.Deliver() < 0) return nullptr;
   }
-  Py_END_ALLOW_THREADS
   if (rc != 0) return ReportError(self, nullptr);
   // An exception raised in a callback fails the call.
   if (PyErr_Occurred()) return nullptr;
   if (solver != Solver::kAutomatic) Py_RETURN_NONE;
-  PyObject *first = EnumMember("SolveStatus", solvestatus);
-  PyObject *second = first ? EnumMember("SolStatus", solstatus) : nullptr;
+  PyObject *first = EnumMember(StatusEnum::kSolveStatus, solvestatus);
+  PyObject *second = first ? EnumMember(StatusEnum::kSolStatus, solstatus) : nullptr;
   PyObject *result = second ? PyTuple_Pack(2, first, second) : nullptr;
   Py_XDECREF(first);
   Py_XDECREF(second);
@@ -62,21 +59,11 @@ bool NonlinearProblem(ProblemObject *p) {
 int Status(ProblemObject *p, int *status, bool *nonlinear, bool *mip) {
   *nonlinear = NonlinearProblem(p);
   *mip = false;
-  int rc;
-  if (*nonlinear) {
-    ZSLPprob slp = p->slpprob;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZSLPgetintattrib(slp, ZSLP_NLPSTATUS, status);
-    Py_END_ALLOW_THREADS
-  } else {
-    if (ProblemIsMip(p, mip) < 0) return -1;
-    ZRVSprob prob = p->prob;
-    const int id = *mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSgetintattrib(prob, id, status);
-    Py_END_ALLOW_THREADS
-  }
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
+  if (*nonlinear)
+    return CallEngine(reinterpret_cast<PyObject *>(p), ZSLPgetintattrib, p->slpprob,
+                      ZSLP_NLPSTATUS, status);
+  if (ProblemIsMip(p, mip) < 0) return -1;
+  return ReadIntAttrib(p, *mip ? ZRVS_MIPSTATUS : ZRVS_LPSTATUS, status);
 }
 
 const char *StatusName(int status, bool nonlinear, bool mip) {
@@ -115,17 +102,13 @@ PyObject *ProblemGetObjVal(PyObject *self, PyObject *) {
   int rc;
   if (NonlinearProblem(p)) {
     ZSLPprob slp = p->slpprob;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZSLPgetdblattrib(slp, ZSLP_OBJVAL, &value);
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZSLPgetdblattrib, slp, ZSLP_OBJVAL, &value);
   } else {
     bool mip;
     if (ProblemIsMip(p, &mip) < 0) return nullptr;
     ZRVSprob prob = p->prob;
     const int id = mip ? ZRVS_MIPOBJVAL : ZRVS_LPOBJVAL;
-    Py_BEGIN_ALLOW_THREADS
-    rc = ZRVSgetdblattrib(prob, id, &value);
-    Py_END_ALLOW_THREADS
+    rc = CallUnlocked(ZRVSgetdblattrib, prob, id, &value);
   }
   if (rc != 0) return ReportError(self, nullptr);
   return PyFloat_FromDouble(value);

@@ -9,6 +9,9 @@
  *  - Names are passed as NUL-separated packed buffers.
  *  - Distinct problems may be used from distinct threads at the same time; one
  *    problem is used by one thread at a time. Callbacks may run on engine threads.
+ *
+ * After the constants, the functions come in sections; the engine keeps the
+ * entry points of each section in one file of its src/api/ folder.
  */
 #ifndef ZORVAN_ZRVS_H
 #define ZORVAN_ZRVS_H
@@ -356,7 +359,7 @@ ZRVS_API int ZRVSgetstringattrib(ZRVSprob prob, int attrib, char *value, int max
 
 
 /* ======================================================================== */
-/* Building and changing the model                                           */
+/* Columns and rows                                                          */
 /* ======================================================================== */
 
 /* Model storage conventions. Column types: 'C' continuous, 'B' binary, 'I'
@@ -382,13 +385,12 @@ ZRVS_API int ZRVSaddcols64(ZRVSprob prob, int ncols, int64_t ncoefs, const doubl
 ZRVS_API int ZRVSaddrows64(ZRVSprob prob, int nrows, int64_t ncoefs, const char rowtype[],
                            const double rhs[], const double rng[], const int64_t start[],
                            const int colind[], const double rowcoef[]);
-/* Deletes rows, columns or sets (indices may repeat); the rest are
+/* Deletes rows or columns (indices may repeat); the rest are
  * renumbered in order. Names, matrix, quadratic parts, sets and indicators
  * follow: a deleted column leaves the sets it was in, quadratic entries and
  * indicators that use it are removed. */
 ZRVS_API int ZRVSdelrows(ZRVSprob prob, int nrows, const int rowind[]);
 ZRVS_API int ZRVSdelcols(ZRVSprob prob, int ncols, const int colind[]);
-ZRVS_API int ZRVSdelsets(ZRVSprob prob, int nsets, const int setind[]);
 
 /* Bound changes: bndtype 'L' lower, 'U' upper, 'B' both. NaN is refused. */
 ZRVS_API int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[],
@@ -399,6 +401,10 @@ ZRVS_API int ZRVSchgcoltype(ZRVSprob prob, int ncols, const int colind[],
 /* Thresholds of 'S', 'R' and 'P' columns (other types are refused). */
 ZRVS_API int ZRVSchgglblimit(ZRVSprob prob, int ncols, const int colind[],
                              const double limit[]);
+
+/* ======================================================================== */
+/* Names                                                                     */
+/* ======================================================================== */
 
 /* Names: type 1 rows, 2 columns, 3 sets. names holds last-first+1
  * NUL-terminated names one after another. Names need not be unique;
@@ -416,6 +422,10 @@ ZRVS_API int ZRVSgetnamelist(ZRVSprob prob, int type, char names[], int maxbytes
 /* Index of a name, -1 when no entry has it. */
 ZRVS_API int ZRVSgetindex(ZRVSprob prob, int type, const char *name, int *index);
 
+/* ======================================================================== */
+/* Quadratic rows                                                            */
+/* ======================================================================== */
+
 /* Adds ncoefs quadratic entries to row `row`: the row's activity becomes
  * a.x + x'Qx with Q symmetric; entry (i, j, v) adds v to Q[i][j] and
  * Q[j][i] (so it contributes 2 v x_i x_j for i != j, v x_i^2 for i == j).
@@ -427,6 +437,10 @@ ZRVS_API int ZRVSaddqmatrix64(ZRVSprob prob, int row, int64_t ncoefs, const int 
 ZRVS_API int ZRVSgetqrowqmatrixtriplets(ZRVSprob prob, int row, int64_t *nqelems,
                                         int rowqcol1[], int rowqcol2[], double rowqcoef[]);
 
+/* ======================================================================== */
+/* Sets and indicators                                                       */
+/* ======================================================================== */
+
 /* Special ordered sets: settype '1' or '2'; members of set k are
  * colind[start[k] .. start[k+1]-1], ordered by their distinct, finite
  * reference values refval. SOS1: at most one member non-zero; SOS2: at most
@@ -434,6 +448,8 @@ ZRVS_API int ZRVSgetqrowqmatrixtriplets(ZRVSprob prob, int row, int64_t *nqelems
  * values from the members' bounds, which must then be finite. */
 ZRVS_API int ZRVSaddsets64(ZRVSprob prob, int nsets, int64_t nelems, const char settype[],
                            const int64_t start[], const int colind[], const double refval[]);
+/* Deletes sets (indices may repeat); the rest are renumbered in order. */
+ZRVS_API int ZRVSdelsets(ZRVSprob prob, int nsets, const int setind[]);
 /* Sets first..last: types, start offsets (last-first+2), members and
  * reference values (at most maxelems); *nelems receives the member count.
  * Any output but nelems may be NULL. */
@@ -452,7 +468,10 @@ ZRVS_API int ZRVSsetindicators(ZRVSprob prob, int nrows, const int rowind[], con
 ZRVS_API int ZRVSgetindicators(ZRVSprob prob, int colind[], int complement[], int first,
                                int last);
 
-/* ---- Objectives -------------------------------------------------------- */
+/* ======================================================================== */
+/* Objectives                                                                */
+/* ======================================================================== */
+
 /* The value of objective k is coef.x + constant, plus 0.5 x'Qx for the
  * primary objective 0. Column index -1 addresses the constant. */
 ZRVS_API int ZRVSchgobj(ZRVSprob prob, int ncols, const int colind[], const double objcoef[]);
@@ -483,7 +502,10 @@ ZRVS_API int ZRVSsetobjdblcontrol(ZRVSprob prob, int objidx, int control, double
 ZRVS_API int ZRVSgetobjintcontrol(ZRVSprob prob, int objidx, int control, int *value);
 ZRVS_API int ZRVSgetobjdblcontrol(ZRVSprob prob, int objidx, int control, double *value);
 
-/* ---- Reading the model ------------------------------------------------- */
+/* ======================================================================== */
+/* Reading the model                                                         */
+/* ======================================================================== */
+
 ZRVS_API int ZRVSgetlb(ZRVSprob prob, double lb[], int first, int last);
 ZRVS_API int ZRVSgetub(ZRVSprob prob, double ub[], int first, int last);
 ZRVS_API int ZRVSgetcoltype(ZRVSprob prob, char coltype[], int first, int last);

@@ -3,7 +3,8 @@
  *
  * A nonlinear problem (ZSLPprob) is attached to one main problem (ZRVSprob)
  * and extends it with nonlinear formulas. It follows the conventions of
- * zrvs.h: int status results, per-problem error texts.
+ * zrvs.h: int status results, per-problem error texts, and sections whose
+ * entry points live in one file each of the engine's src/api/ folder.
  */
 #ifndef ZORVAN_ZSLP_H
 #define ZORVAN_ZSLP_H
@@ -44,6 +45,10 @@ typedef struct zslp_problem *ZSLPprob;
 #define ZSLP_NLP_UNBOUNDED 5
 #define ZSLP_NLP_UNFINISHED 6
 
+/* ======================================================================== */
+/* Nonlinear problems                                                        */
+/* ======================================================================== */
+
 /* Starts and stops the nonlinear companion; starts nest like ZRVSinit, and
  * each needs the main environment started. */
 ZRVS_API int ZSLPinit(void);
@@ -61,6 +66,20 @@ ZRVS_API int ZSLPcopycontrols(ZSLPprob dest, ZSLPprob src);
 /* The text of the last error of slp into ZRVS_MAXMESSAGELENGTH bytes, with
  * its code; either pointer may be NULL. */
 ZRVS_API int ZSLPgetlasterror(ZSLPprob slp, int *code, char *errmsg);
+
+/* The message callback of a nonlinear problem (one per problem; NULL
+ * removes it). Messages of the companion go here, and to the global handlers
+ * with the ZSLPprob as object. */
+typedef void (*ZSLP_cbmessage)(ZSLPprob slp, void *data, const char *msg, int len,
+                               int msgtype);
+ZRVS_API int ZSLPsetcbmessage(ZSLPprob slp, ZSLP_cbmessage f, void *data);
+
+/* Asks a running nonlinear solve to stop, as ZRVSinterrupt. */
+ZRVS_API int ZSLPinterrupt(ZSLPprob slp, int reason);
+
+/* ======================================================================== */
+/* Nonlinear controls and attributes                                         */
+/* ======================================================================== */
 
 /* Catalogues: parallel arrays of identifiers and names ending with an empty
  * name. ZSLPgetcalist lists the companion's own controls and attributes,
@@ -84,15 +103,6 @@ ZRVS_API int ZSLPgetintattrib(ZSLPprob slp, int attrib, int *value);
 ZRVS_API int ZSLPgetdblattrib(ZSLPprob slp, int attrib, double *value);
 ZRVS_API int ZSLPgetstrattrib(ZSLPprob slp, int attrib, char *value);
 ZRVS_API int ZSLPgetptrattrib(ZSLPprob slp, int attrib, void **value);
-
-/* The message callback of a nonlinear problem (one per problem; NULL
- * removes it). Messages of the companion go here, and to the global handlers
- * with the ZSLPprob as object. */
-typedef void (*ZSLP_cbmessage)(ZSLPprob slp, void *data, const char *msg, int len,
-                               int msgtype);
-ZRVS_API int ZSLPsetcbmessage(ZSLPprob slp, ZSLP_cbmessage f, void *data);
-
-ZRVS_API int ZSLPinterrupt(ZSLPprob slp, int reason);
 
 #ifdef __cplusplus
 }

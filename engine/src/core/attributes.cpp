@@ -1,8 +1,8 @@
-// Attribute queries: each value is computed from the problem's model and the
+// Attribute values: each is computed from the problem's model and the
 // results of its last solve.
-#include "core/problem.h"
+#include "core/attributes.h"
 
-using namespace zorvan;
+namespace zorvan {
 
 namespace {
 
@@ -12,6 +12,8 @@ const CatalogueEntry &attribute_entry(int id, const char *who) {
   if (e->control) fail(ZRVS_ERR_UNKNOWNID, "%s: %d (%s) is a control, not an attribute", who, id, e->name);
   return *e;
 }
+
+}  // namespace
 
 int64_t int_attribute(const zrvs_problem &p, int id, const char *who) {
   const CatalogueEntry &e = attribute_entry(id, who);
@@ -76,50 +78,4 @@ std::string str_attribute(const zrvs_problem &p, int id, const char *who) {
   fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
 }
 
-}  // namespace
-
-extern "C" {
-
-int ZRVSgetintattrib(ZRVSprob prob, int attrib, int *value) {
-  return problem_call(prob, "ZRVSgetintattrib", [&](zrvs_problem &p) {
-    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetintattrib: the output pointer is NULL");
-    int64_t v = int_attribute(p, attrib, "ZRVSgetintattrib");
-    if (v > INT32_MAX || v < INT32_MIN)
-      fail(ZRVS_ERR_ARGUMENT,
-           "ZRVSgetintattrib: the value of attribute %d does not fit in 32 bits; use "
-           "ZRVSgetintattrib64",
-           attrib);
-    *value = static_cast<int>(v);
-  });
-}
-
-int ZRVSgetintattrib64(ZRVSprob prob, int attrib, int64_t *value) {
-  return problem_call(prob, "ZRVSgetintattrib64", [&](zrvs_problem &p) {
-    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetintattrib64: the output pointer is NULL");
-    *value = int_attribute(p, attrib, "ZRVSgetintattrib64");
-  });
-}
-
-int ZRVSgetdblattrib(ZRVSprob prob, int attrib, double *value) {
-  return problem_call(prob, "ZRVSgetdblattrib", [&](zrvs_problem &p) {
-    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetdblattrib: the output pointer is NULL");
-    *value = dbl_attribute(p, attrib, "ZRVSgetdblattrib");
-  });
-}
-
-int ZRVSgetstrattrib(ZRVSprob prob, int attrib, char *value) {
-  return problem_call(prob, "ZRVSgetstrattrib", [&](zrvs_problem &p) {
-    if (!value) fail(ZRVS_ERR_ARGUMENT, "ZRVSgetstrattrib: the output pointer is NULL");
-    copy_text(str_attribute(p, attrib, "ZRVSgetstrattrib"), value, ZRVS_MAXSTRINGLENGTH);
-  });
-}
-
-int ZRVSgetstringattrib(ZRVSprob prob, int attrib, char *value, int maxbytes, int *nbytes) {
-  return problem_call(prob, "ZRVSgetstringattrib", [&](zrvs_problem &p) {
-    std::string text = str_attribute(p, attrib, "ZRVSgetstringattrib");
-    if (nbytes) *nbytes = static_cast<int>(text.size()) + 1;
-    if (value && maxbytes > 0) copy_text(text, value, static_cast<size_t>(maxbytes));
-  });
-}
-
-}  // extern "C"
+}  // namespace zorvan

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "core/arguments.h"
 #include "core/errors.h"
 #include "zorvan/zrvs.h"
 
@@ -66,6 +67,13 @@ void ControlValues::reset() {
   for (size_t i = 0; i < ints_.size(); ++i) reset(static_cast<int>(i));
 }
 
+void ControlValues::reset_control(int id, const char *who) {
+  int i = catalogue_->index_of(id);
+  if (i < 0 || !catalogue_->entries()[i].control)
+    fail(ZRVS_ERR_UNKNOWNID, "%s: unknown control %d", who, id);
+  reset(i);
+}
+
 void ControlValues::reset(int index) {
   const CatalogueEntry &e = catalogue_->entries()[index];
   ints_[index] = e.int_default;
@@ -120,7 +128,7 @@ void ControlValues::set_dbl(int id, double value, const char *who) {
 
 void ControlValues::set_str(int id, const char *value, const char *who) {
   int i = control_index(id, ValueType::string, who);
-  if (!value) fail(ZRVS_ERR_ARGUMENT, "%s: the value is NULL", who);
+  require(value, "the value", who);
   std::string text(value);
   if (text.size() >= ZRVS_MAXSTRINGLENGTH)
     fail(ZRVS_ERR_ARGUMENT, "%s: the value of control %s is longer than %d bytes", who,

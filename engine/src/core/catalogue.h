@@ -40,12 +40,29 @@ class Catalogue {
 // The main optimiser's catalogue.
 const Catalogue &main_catalogue();
 
+// A catalogue as parallel arrays for the C interface: identifiers, flags and
+// names, ending with identifier 0, flags 0 and the name end_name.
+struct CatalogueLists {
+  CatalogueLists(const Catalogue *catalogue, int (*flags_of)(const CatalogueEntry &),
+                 const char *end_name);
+  std::vector<int> ids, flags;
+  std::vector<const char *> names;
+};
+
+// ZRVS_CAFLAG_... flags and ZRVS_TYPE_... code of a main catalogue entry.
+int catalogue_flags(const CatalogueEntry &e);
+int type_code(const CatalogueEntry &e);
+// The main catalogue's lists, names ending with NULL; built once.
+const CatalogueLists &main_catalogue_lists();
+
 // Control values of one problem, one slot per catalogue entry.
 class ControlValues {
  public:
   explicit ControlValues(const Catalogue &catalogue);
   void reset();            // every control to its default
   void reset(int index);   // one control to its default
+  // Control `id` to its default; throws for an unknown id or an attribute.
+  void reset_control(int id, const char *who);
   // Typed access by identifier; throw zorvan::Error for an unknown
   // identifier, a type mismatch or a value out of range. `who` names the
   // entry point in error texts.

@@ -1,10 +1,10 @@
 // Feature queries: the capabilities this build of the engine provides.
+#include "core/features.h"
+
 #include <cctype>
 #include <string>
 
-#include "core/api.h"
-
-using namespace zorvan;
+namespace zorvan {
 
 namespace {
 struct Feature {
@@ -22,19 +22,14 @@ const Feature k_features[] = {
 const char k_feature_list[] = "highs\0checkedmode\0archconsistency\0remotecompute\0";
 }  // namespace
 
-extern "C" {
-
-int ZRVSfeaturequery(const char *feature, int *status) {
-  return global_call([&] {
-    if (!feature || !status) fail(ZRVS_ERR_ARGUMENT, "ZRVSfeaturequery: NULL argument");
-    std::string name(feature);
-    for (char &c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    *status = 0;
-    for (const Feature &f : k_features)
-      if (name == f.name) *status = f.available ? 1 : 0;
-  });
+bool feature_available(const char *feature) {
+  std::string name(feature);
+  for (char &c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  for (const Feature &f : k_features)
+    if (name == f.name) return f.available;
+  return false;
 }
 
-const char *ZRVSgetfeaturelist(void) { return k_feature_list; }
+const char *feature_list() { return k_feature_list; }
 
-}  // extern "C"
+}  // namespace zorvan

@@ -1,11 +1,9 @@
+// The list of global message handlers.
 #include "core/messages.h"
 
 #include <algorithm>
 #include <mutex>
 #include <vector>
-
-#include "core/api.h"
-#include "core/environment.h"
 
 namespace zorvan {
 
@@ -29,6 +27,13 @@ void send_to_global_handlers(const void *object, const char *msg, int len, int m
   for (const Handler &h : handlers) h.f(const_cast<void *>(object), h.data, nullptr, msg, len, msgtype);
 }
 
+void add_global_handler(ZRVS_msghandler f, void *data, int priority) {
+  std::lock_guard<std::mutex> lock(g_mutex);
+  auto pos = std::find_if(g_handlers.begin(), g_handlers.end(),
+                          [&](const Handler &h) { return h.priority < priority; });
+  g_handlers.insert(pos, Handler{f, data, priority});
+}
+
 void remove_global_handlers(ZRVS_msghandler f, void *data) {
   std::lock_guard<std::mutex> lock(g_mutex);
   g_handlers.erase(std::remove_if(g_handlers.begin(), g_handlers.end(),
@@ -39,24 +44,3 @@ void remove_global_handlers(ZRVS_msghandler f, void *data) {
 }
 
 }  // namespace zorvan
-
-using namespace zorvan;
-
-extern "C" {
-
-int ZRVS_ge_addcbmsghandler(ZRVS_msghandler f, void *data, int priority) {
-  return global_call([&] {
-    require_started("ZRVS_ge_addcbmsghandler");
-    if (!f) fail(ZRVS_ERR_ARGUMENT, "ZRVS_ge_addcbmsghandler: the handler is NULL");
-    std::lock_guard<std::mutex> lock(g_mutex);
-    auto pos = std::find_if(g_handlers.begin(), g_handlers.end(),
-                            [&](const Handler &h) { return h.priority < priority; });
-    g_handlers.insert(pos, Handler{f, data, priority});
-  });
-}
-
-int ZRVS_ge_removecbmsghandler(ZRVS_msghandler f, void *data) {
-  return global_call([&] { remove_global_handlers(f, data); });
-}
-
-}  // extern "C"

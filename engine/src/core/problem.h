@@ -1,17 +1,29 @@
 // The engine's problem object behind the ZRVSprob handle.
 #pragma once
 #include <atomic>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "core/api.h"
+#include "core/entry.h"
 #include "core/catalogue.h"
 #include "core/environment.h"
 #include "core/registry.h"
+#include "events/registry.h"
+#include "model/changes.h"
 #include "model/model.h"
 #include "solve/results.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
+
+namespace zorvan {
+class HighsInstance;
+// Destroys a HiGHS instance (defined with it, so that this header needs
+// only its name).
+struct HighsInstanceDeleter {
+  void operator()(HighsInstance *h) const;
+};
+}  // namespace zorvan
 
 struct zrvs_problem {
   zrvs_problem() : controls(zorvan::main_catalogue()) {}
@@ -20,18 +32,27 @@ struct zrvs_problem {
   zorvan::ControlValues controls;
   SolveState results;
   std::string last_error;
-  struct MessageCallback {
-    ZRVS_cbmessage f;
-    void *data;
-    int priority;
-  };
-  std::vector<MessageCallback> message_callbacks;  // by decreasing priority
+  zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
 
+  // The solver state that stays with the problem between solves, and what
+  // changed in the model since the solver last took it.
+  std::unique_ptr<zorvan::HighsInstance, zorvan::HighsInstanceDeleter> highs;
+  zorvan::ChangeLog changes;
+
   // Called by every change of the model: results of earlier solves no
-  // longer describe it.
-  void model_changed() { results = SolveState(); }
+  // longer describe it. `what` tells the solver how much it must take
+  // again; by default, everything.
+  void model_changed(zorvan::Change what = zorvan::Change::anything) {
+    results = SolveState();
+    changes.note(what);
+  }
+  // Called after deleting the columns (or rows) flagged in `mask`.
+  void lines_deleted(bool columns, const std::vector<char> &mask) {
+    results = SolveState();
+    changes.note_deleted(columns, mask);
+  }
 
   // Sends a message to the problem's callbacks and the global handlers,
   // subject to the outputlog control; msgtype ZRVS_MSG_FLUSH sends a flush.
@@ -47,18 +68,28 @@ void check_problem_handle(const zrvs_problem *prob, const char *who);
 // problem's last error (and the thread's global error) and returned.
 template <class Body>
 int problem_call(ZRVSprob prob, const char *who, Body &&body) {
-  try {
-    check_problem_handle(prob, who);
-  } catch (const Error &e) {
-    set_global_error(e.code(), e.what());
-    return e.code();
-  }
-  int status = global_call([&] { body(*prob); });
-  if (status != 0) prob->last_error = global_error_text();
-  return status;
+  return handle_call(
+      prob, who, check_problem_handle,
+      [](zrvs_problem &p, int) { p.last_error = global_error_text(); }, body);
 }
 
-// Destroys a nonlinear problem and detaches it from its main problem.
-void destroy_nonlinear(zslp_problem *slp);
+// A new empty problem, registered as a live handle; needs a started environment.
+zrvs_problem *create_problem(const char *who);
+// Unregisters and deletes a problem (its nonlinear part is destroyed first
+// by the caller).
+void destroy_problem(zrvs_problem *prob);
+// Copies model and controls of src into dest, renamed when name is not empty.
+void copy_problem(zrvs_problem &dest, const zrvs_problem &src, const char *name, const char *who);
+// Replaces the model by a checked LP; the objective sense and, when no name is
+// given, the name are kept.
+void load_lp(zrvs_problem &p, const LpData &data, const char *who);
+
+// Message callbacks in order of decreasing priority; removal matches f and
+// data, NULL matching any.
+void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int priority);
+void remove_message_callbacks(zrvs_problem &p, ZRVS_cbmessage f, void *data);
+
+// Throws unless reason is a stop reason a caller may ask for.
+void check_stop_reason(int reason, const char *who);
 
 }  // namespace zorvan

@@ -1,7 +1,12 @@
+// The live engine objects.
 #include "core/registry.h"
 
 #include <mutex>
 #include <unordered_map>
+
+#include "core/environment.h"
+#include "core/errors.h"
+#include "zorvan/zrvs.h"
 
 namespace zorvan {
 
@@ -34,6 +39,13 @@ const char *object_type_name(const void *object) {
   auto it = objects().find(object);
   if (it == objects().end()) return nullptr;
   return it->second == ObjectKind::problem ? "ZRVSprob" : "ZSLPprob";
+}
+
+void check_handle(const void *object, ObjectKind kind, const char *noun, const char *who) {
+  if (!object) fail(ZRVS_ERR_ARGUMENT, "%s: the %s is NULL", who, noun);
+  if (checked_mode() && !is_live(object, kind))
+    fail(ZRVS_ERR_ARGUMENT, "%s: the handle is not a live %s (destroyed or never created)", who,
+         noun);
 }
 
 }  // namespace zorvan

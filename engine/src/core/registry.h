@@ -13,4 +13,8 @@ bool is_live(const void *object, ObjectKind kind);
 // The type name of a live object, or nullptr.
 const char *object_type_name(const void *object);
 
+// Throws Error naming `who` when object is NULL or, in checked mode, not a
+// live object of the kind; `noun` names the kind in the text ("problem").
+void check_handle(const void *object, ObjectKind kind, const char *noun, const char *who);
+
 }  // namespace zorvan

@@ -90,6 +90,8 @@ class LpReader {
   bool is_label() const { return peek().kind == Tok::Name && is_op(peek(1), ":"); }
   int column(const std::string &name);
   double constant(const char *what);
+  // Reads a run of '+' and '-' tokens: their product, and whether there was one.
+  double signs(bool *had_sign);
 
   struct Expr {
     std::vector<std::pair<int, double>> linear;
@@ -243,13 +245,21 @@ int LpReader::column(const std::string &name) {
   return j;
 }
 
-// A signed number or infinity.
-double LpReader::constant(const char *what) {
+double LpReader::signs(bool *had_sign) {
   double sign = 1;
+  *had_sign = false;
   while (is_op(peek(), "+") || is_op(peek(), "-")) {
     if (peek().text == "-") sign = -sign;
+    *had_sign = true;
     ++pos_;
   }
+  return sign;
+}
+
+// A signed number or infinity.
+double LpReader::constant(const char *what) {
+  bool had_sign;
+  double sign = signs(&had_sign);
   const Token &t = peek();
   double v = 0;
   if (t.kind == Tok::Number)
@@ -267,13 +277,8 @@ void LpReader::bracket(Expr &e, bool objective) {
   std::map<QKey, double> terms;
   bool first = true;
   while (!is_op(peek(), "]")) {
-    double sign = 1;
     bool had_sign = false;
-    while (is_op(peek(), "+") || is_op(peek(), "-")) {
-      if (peek().text == "-") sign = -sign;
-      had_sign = true;
-      ++pos_;
-    }
+    double sign = signs(&had_sign);
     if (!first && !had_sign) error(peek(), "'+' or '-' expected between quadratic terms");
     first = false;
     double coef = 1;
@@ -327,13 +332,8 @@ LpReader::Expr LpReader::expression(bool objective) {
     if (t.kind == Tok::End || is_comparison(t) || is_op(t, "->") || is_label() ||
         (t.line_start && at_section()))
       break;
-    double sign = 1;
     bool had_sign = false;
-    while (is_op(peek(), "+") || is_op(peek(), "-")) {
-      if (peek().text == "-") sign = -sign;
-      had_sign = true;
-      ++pos_;
-    }
+    double sign = signs(&had_sign);
     if (!first && !had_sign) break;  // the next statement starts here
     first = false;
     if (is_op(peek(), "[")) {

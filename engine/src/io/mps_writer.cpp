@@ -116,7 +116,7 @@ void MpsWriter::bounds(int j, const std::string &name) {
     line("SC", "BND", name, format_number(ub));
     return;
   }
-  double default_ub = 1e20;
+  double default_ub = ZRVS_PLUSINFINITY;
   if (t == 'B') {
     line("BV", "BND", name, "");
     default_ub = 1.0;

@@ -2,13 +2,14 @@
 #include <cmath>
 
 #include "core/errors.h"
+#include "model/checks.h"
 #include "model/model.h"
 #include "zorvan/zrvs.h"
 
 namespace zorvan {
 
 void check_problem_name(const char *name, const char *who) {
-  if (!name) fail(ZRVS_ERR_ARGUMENT, "%s: the problem name is NULL", who);
+  require(name, "the problem name", who);
   size_t n = std::string(name).size();
   if (n > ZRVS_MAXNAMELENGTH)
     fail(ZRVS_ERR_ARGUMENT, "%s: the problem name is longer than %d characters", who,
@@ -38,36 +39,36 @@ Model build_lp_model(const LpData &d, const char *who) {
 
   for (int i = 0; i < d.nrows; ++i) {
     char t = d.rowtype[i];
-    if (t != 'L' && t != 'G' && t != 'E' && t != 'R' && t != 'N')
-      fail(ZRVS_ERR_ARGUMENT, "%s: rowtype[%d] is '%c', not one of L, G, E, R, N", who, i,
-           t ? t : '?');
-    if (std::isnan(d.rhs[i])) fail(ZRVS_ERR_ARGUMENT, "%s: rhs[%d] is NaN", who, i);
+    check_row_type(t, i, who);
+    check_not_nan(d.rhs[i], "rhs", i, who);
     m.rowtype[i] = t;
     m.rhs[i] = d.rhs[i];
     if (t == 'R') {
       if (!d.rng) fail(ZRVS_ERR_ARGUMENT, "%s: row %d is a range row but rng is NULL", who, i);
-      if (std::isnan(d.rng[i]) || d.rng[i] < 0)
-        fail(ZRVS_ERR_ARGUMENT, "%s: rng[%d] must be a non-negative number", who, i);
+      check_range_value(d.rng[i], i, who);
       m.range[i] = d.rng[i];
     }
   }
 
+  // Entries [begin, end) of column j.
+  auto entries = [&](int j) -> std::pair<int64_t, int64_t> {
+    int64_t begin = column_start(d, j);
+    return {begin, d.collen ? begin + d.collen[j] : column_start(d, j + 1)};
+  };
   std::vector<char> seen(d.nrows, 0);
   std::vector<double> &obj = m.objectives[0].coef;
   for (int j = 0; j < d.ncols; ++j) {
     double o = d.obj ? d.obj[j] : 0.0;
     double l = d.lb ? d.lb[j] : 0.0;
     double u = d.ub ? d.ub[j] : ZRVS_PLUSINFINITY;
-    if (std::isnan(o) || std::isinf(o))
-      fail(ZRVS_ERR_ARGUMENT, "%s: obj[%d] is not a finite number", who, j);
+    check_finite(o, "obj", j, who);
     if (std::isnan(l) || std::isnan(u))
       fail(ZRVS_ERR_ARGUMENT, "%s: a bound of column %d is NaN", who, j);
     obj[j] = o;
     m.lb[j] = l;
     m.ub[j] = u;
     if (!have_start) continue;
-    int64_t begin = column_start(d, j);
-    int64_t end = d.collen ? begin + d.collen[j] : column_start(d, j + 1);
+    auto [begin, end] = entries(j);
     if (begin < 0 || end < begin)
       fail(ZRVS_ERR_ARGUMENT, "%s: the entries of column %d are given by an invalid range", who,
            j);
@@ -75,24 +76,15 @@ Model build_lp_model(const LpData &d, const char *who) {
       fail(ZRVS_ERR_ARGUMENT, "%s: rowind and rowcoef are required for matrix entries", who);
     for (int64_t k = begin; k < end; ++k) {
       int r = d.rowind[k];
-      double v = d.rowcoef[k];
-      if (r < 0 || r >= d.nrows)
-        fail(ZRVS_ERR_ARGUMENT, "%s: rowind[%lld] = %d is not a row index (0..%d)", who,
-             static_cast<long long>(k), r, d.nrows - 1);
-      if (std::isnan(v) || std::isinf(v))
-        fail(ZRVS_ERR_ARGUMENT, "%s: rowcoef[%lld] is not a finite number", who,
-             static_cast<long long>(k));
+      check_index(r, d.nrows, "rowind", k, "row", who);
+      check_finite(d.rowcoef[k], "rowcoef", k, who);
       if (seen[r])
         fail(ZRVS_ERR_ARGUMENT, "%s: column %d has two entries in row %d", who, j, r);
       seen[r] = 1;
-      if (v != 0.0) {
-        m.mrow.push_back(r);
-        m.mcol.push_back(j);
-        m.mval.push_back(v);
-      }
     }
     for (int64_t k = begin; k < end; ++k) seen[d.rowind[k]] = 0;
   }
+  if (have_start) m.append_entries(true, 0, d.ncols, entries, d.rowind, d.rowcoef);
   return m;
 }
 

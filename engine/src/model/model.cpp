@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "zorvan/zrvs.h"
+
 namespace zorvan {
 
 Model::Model() { objectives.resize(1); }
@@ -54,6 +56,20 @@ std::vector<int> renumbering(const std::vector<char> &del) {
   return map;
 }
 
+// Renumbers the lines (rows or columns) of the matrix entries by map and
+// drops the entries of deleted lines (map -1); `other` and `val` follow.
+void renumber_entries(LargeArray<int> &line, LargeArray<int> &other, LargeArray<double> &val,
+                      const std::vector<int> &map) {
+  size_t n = 0;
+  for (size_t e = 0; e < val.size(); ++e) {
+    int l = map[line[e]];
+    if (l < 0) continue;
+    line[n] = l, other[n] = other[e], val[n] = val[e];
+    ++n;
+  }
+  line.resize(n), other.resize(n), val.resize(n);
+}
+
 template <class T>
 void keep_flagged(std::vector<T> &v, const std::vector<char> &del) {
   size_t n = 0;
@@ -101,7 +117,7 @@ void Model::reserve(size_t rows, size_t cols, size_t entries) {
 void Model::append_columns(int n) {
   size_t size = lb.size() + n;
   lb.resize(size, 0.0);
-  ub.resize(size, 1e20);
+  ub.resize(size, ZRVS_PLUSINFINITY);
   limit.resize(size, 0.0);
   coltype.resize(size, 'C');
   colnames.append_unnamed(n);
@@ -121,14 +137,7 @@ void Model::append_rows(int n) {
 void Model::delete_columns(const std::vector<char> &del) {
   basis_col.clear(), basis_row.clear();
   std::vector<int> map = renumbering(del);
-  size_t n = 0;
-  for (size_t e = 0; e < mval.size(); ++e) {
-    int c = map[mcol[e]];
-    if (c < 0) continue;
-    mrow[n] = mrow[e], mcol[n] = c, mval[n] = mval[e];
-    ++n;
-  }
-  mrow.resize(n), mcol.resize(n), mval.resize(n);
+  renumber_entries(mcol, mrow, mval, map);
   keep_flagged(lb, del), keep_flagged(ub, del), keep_flagged(limit, del);
   keep_flagged(coltype, del);
   colnames.keep_only(inverted(del));
@@ -161,14 +170,7 @@ void Model::delete_columns(const std::vector<char> &del) {
 void Model::delete_rows(const std::vector<char> &del) {
   basis_col.clear(), basis_row.clear();
   std::vector<int> map = renumbering(del);
-  size_t n = 0;
-  for (size_t e = 0; e < mval.size(); ++e) {
-    int r = map[mrow[e]];
-    if (r < 0) continue;
-    mrow[n] = r, mcol[n] = mcol[e], mval[n] = mval[e];
-    ++n;
-  }
-  mrow.resize(n), mcol.resize(n), mval.resize(n);
+  renumber_entries(mrow, mcol, mval, map);
   keep_flagged(rowtype, del), keep_flagged(rhs, del), keep_flagged(range, del);
   keep_flagged(indcol, del), keep_flagged(indflag, del);
   rownames.keep_only(inverted(del));
@@ -192,6 +194,11 @@ void Model::delete_sets(const std::vector<char> &del) {
   setcol.resize(m), setref.resize(m), setstart = std::move(start);
   keep_flagged(settype, del);
   setnames.keep_only(inverted(del));
+}
+
+std::string size_text(const Model &m) {
+  return std::to_string(m.rows()) + " rows, " + std::to_string(m.cols()) + " columns, " +
+         std::to_string(m.elems()) + " nonzeros";
 }
 
 }  // namespace zorvan

@@ -160,7 +160,92 @@ struct Model {
   void delete_columns(const std::vector<char> &del);
   void delete_rows(const std::vector<char> &del);
   void delete_sets(const std::vector<char> &del);
+
+  // Appends the matrix entries of n lines numbered from `first`: columns
+  // when by_column (ind holds rows), else rows (ind holds columns). Line j
+  // holds entries range(j) = [begin, end) of ind and val. Zeros are left
+  // out. The caller has checked that indices are valid and that no line
+  // repeats one, so no (row, column) pair repeats.
+  template <class Range>
+  void append_entries(bool by_column, int first, int n, Range range, const int *ind,
+                      const double *val);
+
+  // The changes of the C interface, each checked completely before the
+  // model changes, so that a refused call changes nothing. `who` names the
+  // entry point in error texts. Arrays may be NULL where the interface
+  // says so.
+  void add_columns(int n, int64_t ncoefs, const double *obj, const int64_t *start,
+                   const int *rowind, const double *rowcoef, const double *lb,
+                   const double *ub, const char *who);
+  void add_rows(int n, int64_t ncoefs, const char *type, const double *rhs, const double *rng,
+                const int64_t *start, const int *colind, const double *rowcoef, const char *who);
+  void change_bounds(int n, const int *colind, const char *bndtype, const double *bndval,
+                     const char *who);
+  void change_column_types(int n, const int *colind, const char *type, const char *who);
+  void change_limits(int n, const int *colind, const double *value, const char *who);
+  void add_row_quadratic(int row, int64_t n, const int *col1, const int *col2,
+                         const double *coef, const char *who);
+  void add_sets(int n, int64_t nelems, const char *type, const int64_t *start,
+                const int *colind, const double *refval, const char *who);
+  void set_indicators(int n, const int *rowind, const int *colind, const int *complement,
+                      const char *who);
+  // Sets coefficients of objective objidx (column -1: the constant); objidx
+  // equal to the number of objectives adds one.
+  void change_objective(int objidx, int n, const int *colind, const double *coef,
+                        const char *who);
+  void change_quadratic_objective(int64_t n, const int *col1, const int *col2,
+                                  const double *coef, const char *who);
+  void delete_objective(int objidx, const char *who);
+  void set_sense(int sense, const char *who);
+  // Objective objidx; throws for an index that names none.
+  Objective &objective(int objidx, const char *who);
+  // Names of one kind: 1 rows, 2 columns, 3 sets; *count gets their number.
+  Names &names_of(int type, int *count, const char *who);
+  // Names of entries first..last from a packed buffer; all are checked first.
+  void add_names(int type, const char *names, int first, int last, const char *who);
+
+  // A column that can only take 0 or 1: type 'B', or 'I' with bounds in [0, 1].
+  bool is_binary(int c) const;
 };
+
+// "R rows, C columns, N nonzeros": the size of a model in log messages.
+std::string size_text(const Model &m);
+
+// The names of entries first..last of one kind (as Model::names_of), each
+// followed by a NUL; unnamed entries read as generated names.
+std::string packed_names(Model &m, int type, int first, int last, const char *who);
+
+template <class Range>
+void Model::append_entries(bool by_column, int first, int n, Range range, const int *ind,
+                           const double *val) {
+  int64_t most = 0;
+  for (int j = 0; j < n; ++j) most += range(j).second - range(j).first;
+  if (most == 0) return;
+  // Room first (the only step that may fail); then the entries are written
+  // in place and the arrays cut to what was written.
+  size_t used = mval.size();
+  reserve_more(mrow, most);
+  reserve_more(mcol, most);
+  reserve_more(mval, most);
+  mrow.resize(used + most);
+  mcol.resize(used + most);
+  mval.resize(used + most);
+  int *line = by_column ? mcol.data() : mrow.data();
+  int *other = by_column ? mrow.data() : mcol.data();
+  double *value = mval.data();
+  for (int j = 0; j < n; ++j) {
+    auto r = range(j);
+    for (int64_t k = r.first; k < r.second; ++k) {
+      if (val[k] == 0.0) continue;
+      line[used] = first + j;
+      other[used] = ind[k];
+      value[used++] = val[k];
+    }
+  }
+  mrow.resize(used);
+  mcol.resize(used);
+  mval.resize(used);
+}
 
 // The arguments of ZRVSloadlp, checked and turned into a Model. Throws
 // zorvan::Error naming the offending argument.

@@ -23,25 +23,23 @@ std::vector<CatalogueEntry> build() {
   };
 }
 
-// Parallel arrays of identifiers and names ending with an empty name.
-struct NameList {
-  std::vector<int> ids;
-  std::vector<const char *> names;
-  explicit NameList(const Catalogue *catalogue) {
-    if (catalogue)
-      for (const CatalogueEntry &e : catalogue->entries()) {
-        ids.push_back(e.id);
-        names.push_back(e.name);
-      }
-    ids.push_back(0);
-    names.push_back("");
-  }
-};
 }  // namespace
 
 const Catalogue &slp_catalogue() {
   static const Catalogue *catalogue = new Catalogue(build());
   return *catalogue;
+}
+
+const CatalogueLists &slp_catalogue_lists() {
+  static const CatalogueLists *lists = new CatalogueLists(&slp_catalogue(), slp_flags, "");
+  return *lists;
+}
+
+// The local nonlinear solver's own options join this list when that solver
+// is linked; until then the list is empty.
+const CatalogueLists &local_solver_catalogue_lists() {
+  static const CatalogueLists *lists = new CatalogueLists(nullptr, slp_flags, "");
+  return *lists;
 }
 
 int slp_flags(const CatalogueEntry &e) {
@@ -57,38 +55,3 @@ int slp_flags(const CatalogueEntry &e) {
 }
 
 }  // namespace zorvan
-
-using namespace zorvan;
-
-extern "C" {
-
-int ZSLPgetcalist(const int **ids, const char *const **names) {
-  return global_call([&] {
-    if (!ids || !names) fail(ZRVS_ERR_ARGUMENT, "ZSLPgetcalist: NULL argument");
-    static const NameList *list = new NameList(&slp_catalogue());
-    *ids = list->ids.data();
-    *names = list->names.data();
-  });
-}
-
-// The local nonlinear solver's own options join this list when that solver
-// is linked; until then the list is empty.
-int ZSLPgetKTRcalist(const int **ids, const char *const **names) {
-  return global_call([&] {
-    if (!ids || !names) fail(ZRVS_ERR_ARGUMENT, "ZSLPgetKTRcalist: NULL argument");
-    static const NameList *list = new NameList(nullptr);
-    *ids = list->ids.data();
-    *names = list->names.data();
-  });
-}
-
-int ZSLPcontrolcode(const char *name, int *id, int *flags) {
-  return global_call([&] {
-    if (!name || !id || !flags) fail(ZRVS_ERR_ARGUMENT, "ZSLPcontrolcode: NULL argument");
-    const CatalogueEntry *e = slp_catalogue().find(name);
-    *id = e ? e->id : 0;
-    *flags = e ? slp_flags(*e) : 0;
-  });
-}
-
-}  // extern "C"

@@ -6,16 +6,16 @@
 
 namespace zorvan {
 
-QpModel::QpModel(const HighsBuild &build, double objsense)
+QpModel::QpModel(const Model &model, const HighsBuild &build)
     : n(build.lp.cols()),
       m(build.lp.rows()),
-      sense(objsense),
+      sense(model.objsense),
       cost(build.lp.cost),
       col_lower(build.lp.col_lower),
       col_upper(build.lp.col_upper),
       row_lower(build.lp.row_lower),
       row_upper(build.lp.row_upper),
-      a(build.lp.matrix()),
+      a(highs_matrix(model, build.lp)),
       q(build.hessian) {}
 
 std::vector<double> QpModel::gradient(const std::vector<double> &x) const {

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "solve/builder.h"
+#include "solve/highs/builder.h"
 
 namespace zorvan {
 
 struct QpModel {
-  QpModel(const HighsBuild &build, double objsense);
+  QpModel(const Model &model, const HighsBuild &build);
   int n, m;
   double sense;  // 1 minimise, -1 maximise
   const std::vector<double> &cost, &col_lower, &col_upper, &row_lower, &row_upper;

@@ -5,6 +5,7 @@
 #include "core/errors.h"
 #include "solve/qp_interior.h"
 #include "solve/qp_model.h"
+#include "solve/stages.h"
 
 namespace zorvan {
 
@@ -53,20 +54,23 @@ void mark_failed(SolveState &res) {
 
 }  // namespace
 
-void verify_qp_result(zrvs_problem &p, const HighsBuild &build, const char *solver_status,
-                      const char *who) {
+void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const char *who) {
   SolveState &res = p.results;
   if (res.stages.empty()) return;
   const StageResult &last = res.stages.back();
   const bool failed = last.solvestatus == ZRVS_SOLVESTATUS_FAILED;
   if (!failed && last.solstatus != ZRVS_SOLSTATUS_OPTIMAL) return;  // infeasible, stopped, ...
   const Model &m = p.model;
-  const QpModel qp(build, m.objsense);
+  // The continuous model with the first level's costs, as the solver had it.
+  HighsBuild build = build_for_highs(m, SolveMode::relaxation, who);
+  const std::vector<Stage> stages = objective_stages(m);
+  std::copy(stages[0].cost.begin(), stages[0].cost.end(), build.lp.cost.begin());
+  const QpModel qp(m, build);
   const double primal_tol = kToleranceFactor * p.controls.get_dbl(ZRVS_FEASTOL, who);
   const double dual_tol = kToleranceFactor * p.controls.get_dbl(ZRVS_OPTIMALITYTOL, who);
   std::string first;
   if (failed) {
-    first = std::string("HiGHS failed to solve it (") + solver_status + ")";
+    first = "HiGHS failed to solve it (" + solver_status + ")";
   } else {
     QpPoint highs{res.x, res.duals, res.djs};
     // Columns and rows beyond the problem's own (none for a continuous QP)

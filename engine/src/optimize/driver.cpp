@@ -1,0 +1,146 @@
+#include "optimize/driver.h"
+
+#include <chrono>
+#include <cmath>
+#include <memory>
+
+#include "optimize/problem_class.h"
+#include "optimize/solution.h"
+#include "solve/highs/backend.h"
+#include "solve/qp_verify.h"
+
+namespace zorvan {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double seconds_since(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+char parse_flags(const char *flags, const char *who) {
+  char algorithm = 0;
+  for (const char *f = flags ? flags : ""; *f; ++f) {
+    if (*f == ' ') continue;
+    if (*f != 'd' && *f != 'p' && *f != 'b')
+      fail(ZRVS_ERR_ARGUMENT,
+           "%s: flag '%c' is not known (d dual simplex, p primal simplex, b barrier)", who, *f);
+    if (algorithm && algorithm != *f)
+      fail(ZRVS_ERR_ARGUMENT, "%s: flags name two algorithms", who);
+    algorithm = *f;
+  }
+  return algorithm;
+}
+
+// The backend for a class, or a clear refusal: the one place that says
+// what cannot be solved yet.
+std::unique_ptr<Backend> backend_for(ProblemClass c, zrvs_problem &p, const char *who) {
+  const Model &m = p.model;
+  switch (c) {
+    case ProblemClass::lp:
+    case ProblemClass::qp:
+    case ProblemClass::mip: break;
+    case ProblemClass::qcqp:
+    case ProblemClass::minlp:
+      fail(ZRVS_ERR_UNSUPPORTED,
+           "%s: the problem has quadratic constraints (%d rows); this problem class needs the "
+           "nonlinear solver, which is not available yet",
+           who, static_cast<int>(m.qrows.size()));
+    case ProblemClass::miqp:
+      fail(ZRVS_ERR_UNSUPPORTED,
+           "%s: a quadratic objective with integer or other discrete parts (MIQP) needs the "
+           "nonlinear solver, which is not available yet",
+           who);
+    case ProblemClass::nlp:
+      fail(ZRVS_ERR_UNSUPPORTED,
+           "%s: an %s needs the nonlinear solver, which is not available yet", who,
+           class_name(c));
+  }
+  if (!m.qobj.empty() && m.objectives.size() > 1)
+    fail(ZRVS_ERR_UNSUPPORTED, "%s: several objectives with a quadratic objective", who);
+  return std::make_unique<HighsBackend>(p);
+}
+
+const char *status_text(const SolveState &r, bool mip) {
+  if (r.solvestatus == ZRVS_SOLVESTATUS_FAILED) return "failed";
+  if (r.solvestatus == ZRVS_SOLVESTATUS_STOPPED) return "stopped";
+  switch (r.solstatus) {
+    case ZRVS_SOLSTATUS_OPTIMAL: return "optimal";
+    case ZRVS_SOLSTATUS_INFEASIBLE: return "infeasible";
+    case ZRVS_SOLSTATUS_UNBOUNDED: return "unbounded";
+  }
+  return mip ? "no integer solution" : "not solved";
+}
+
+// True when the level ended with a proven optimum.
+bool stage_optimal(const StageResult &r, bool mip) {
+  return mip ? r.mipstatus == ZRVS_MIP_OPTIMAL : r.lpstatus == ZRVS_LP_OPTIMAL;
+}
+
+}  // namespace
+
+void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) {
+  SolveRequest request;
+  request.who = who;
+  request.algorithm = parse_flags(flags, who);
+  const Model &m = p.model;
+  // The model's class decides what is solved: a model without discrete parts
+  // is an LP (or QP) whichever entry point runs; lpoptimize on a model with
+  // discrete parts solves its continuous relaxation.
+  const bool discrete = m.has_discrete();
+  request.mip = discrete && kind != SolveKind::lp;
+  request.relaxation = discrete && !request.mip;
+  const ProblemClass problem_class = classify(m, request.relaxation);
+  std::unique_ptr<Backend> backend = backend_for(problem_class, p, who);
+  backend->prepare(request);
+  std::vector<Stage> stages = objective_stages(m);
+
+  p.results = SolveState();
+  p.interrupt_reason.store(ZRVS_STOP_NONE);  // requests made before the solve are dropped
+  SolveState &res = p.results;
+  res.objstage.assign(m.objectives.size(), -1);
+  const auto start = Clock::now();
+  backend->start(stages);
+  for (size_t s = 0; s < stages.size(); ++s) {
+    const Stage &stage = stages[s];
+    if (s > 0) backend->set_objective(stage);
+    const auto stage_start = Clock::now();
+    StageResult r;
+    backend->run(r);
+    if (request.relaxation)
+      r.mipstatus = r.lpstatus == ZRVS_LP_OPTIMAL ? ZRVS_MIP_LP_OPTIMAL : ZRVS_MIP_LP_NOT_OPTIMAL;
+    r.solvetime = seconds_since(stage_start);
+    res.stages.push_back(r);
+    for (int k : stage.objectives) res.objstage[k] = static_cast<int>(s);
+    res.solvedobjs += static_cast<int>(stage.objectives.size());
+    res.simplexiter += r.simplexiter, res.bariter += r.bariter, res.nodes += r.nodes;
+    if (!stage_optimal(r, request.mip) || s + 1 == stages.size()) break;
+    // The next levels keep this one within its tolerance.
+    const double best = r.objval - stage.constant;
+    const double tol = std::max(stage.abstol, stage.reltol * std::fabs(r.objval));
+    backend->hold_level(stage, m.objsense > 0 ? -ZRVS_PLUSINFINITY : best - tol,
+                        m.objsense > 0 ? best + tol : ZRVS_PLUSINFINITY);
+  }
+
+  const StageResult &last = res.stages.back();
+  res.lpstatus = last.lpstatus;
+  res.mipstatus = last.mipstatus;
+  res.solvestatus = last.solvestatus;
+  res.solstatus = last.solstatus;
+  res.stopstatus = last.stopstatus;
+  res.bestbound = last.bestbound;
+  if (request.mip) res.mipgap = backend->mip_gap();
+  record_solution(*backend, m, request, res);
+  if (!request.mip && !m.qobj.empty()) verify_qp_result(p, backend->failure(), who);
+  backend->finish();
+  res.solvetime = seconds_since(start);
+  p.message(ZRVS_MSG_INFO, std::string(class_name(classify(m, !request.mip))) + " solve " +
+                               status_text(res, request.mip) + ", objective " +
+                               std::to_string(request.mip ? res.mipobjval : res.lpobjval));
+  if (last.solvestatus == ZRVS_SOLVESTATUS_FAILED)
+    fail(ZRVS_ERR_INTERNAL, "%s: %s failed to solve the problem (%s)", who, backend->name(),
+         backend->failure().c_str());
+}
+
+}  // namespace zorvan

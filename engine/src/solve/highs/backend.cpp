@@ -1,0 +1,153 @@
+#include "solve/highs/backend.h"
+
+#include <cmath>
+
+#include "solve/highs/callback.h"
+
+#include "solve/highs/basis.h"
+#include "solve/highs/instance.h"
+#include "solve/highs/status.h"
+
+namespace zorvan {
+
+namespace {
+
+// The nonzero entries of a dense vector, as HiGHS takes a row.
+void sparse(const std::vector<double> &dense, std::vector<HighsInt> &index,
+            std::vector<double> &value) {
+  for (size_t j = 0; j < dense.size(); ++j)
+    if (dense[j] != 0.0) index.push_back(static_cast<HighsInt>(j)), value.push_back(dense[j]);
+}
+
+// The MIP cutoff as a row: objective 0 (coefficients over the model's
+// columns, plus constant) no worse than the cutoff. HiGHS's own objective
+// bound is not used, as without presolve it is not always honoured. True
+// when the row was added.
+bool add_cutoff_row(void *h, const zrvs_problem &p, bool mip) {
+  double cutoff = p.controls.get_dbl(ZRVS_MIPABSCUTOFF, "optimize");
+  if (!mip || std::fabs(cutoff) >= ZRVS_PLUSINFINITY) return false;
+  std::vector<HighsInt> index;
+  std::vector<double> value;
+  sparse(p.model.objectives[0].coef, index, value);
+  double bound = cutoff - p.model.objectives[0].constant;
+  bool minimise = p.model.objsense > 0;
+  if (Highs_addRow(h, minimise ? -kHighsInf : bound, minimise ? bound : kHighsInf,
+                   static_cast<HighsInt>(index.size()), index.data(), value.data()) ==
+      kHighsStatusError)
+    fail(ZRVS_ERR_INTERNAL, "optimize: HiGHS refused the row of the cutoff (mipabscutoff)");
+  return true;
+}
+
+}  // namespace
+
+void HighsBackend::prepare(const SolveRequest &request) {
+  request_ = request;
+  build_ = build_for_highs(p_.model, request.mip ? SolveMode::mip : SolveMode::relaxation,
+                           request.who);
+}
+
+void HighsBackend::start(const std::vector<Stage> &stages) {
+  const Model &m = p_.model;
+  const char *who = request_.who;
+  const bool mip = request_.mip;
+  scheduler_.reset(new SchedulerLease(solve_threads(p_)));
+  if (!p_.highs) p_.highs.reset(new HighsInstance());
+  HighsInstance &instance = *p_.highs;
+  h_ = instance.handle();
+  // The callback first, so that HiGHS's banner goes through it too.
+  callback_.reset(new SolveCallback(h_, p_));
+  apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
+  std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
+  const bool basis_loaded = p_.changes.basis_loaded();
+  const bool repeated = !p_.changes.noted();
+  const HighsInstance::Loaded loaded =
+      instance.load(m, build_, stages[0].constant, mip, p_.changes, who);
+  const bool whole = loaded == HighsInstance::Loaded::whole;
+  if (p_.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
+    p_.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model"
+                              : loaded == HighsInstance::Loaded::changes ? "HiGHS takes the changes"
+                                                                         : "HiGHS keeps its model");
+  // A MIP solve repeated without any change to the problem starts afresh,
+  // so that it repeats its path; after a change HiGHS starts from what it
+  // kept (its last incumbent).
+  if (mip && repeated && !whole) Highs_clearSolver(h_);
+  if (add_cutoff_row(h_, p_, mip) ||
+      stages.size() > 1)
+    instance.forget();
+  // A continuous LP starts from the basis HiGHS kept from the last solve;
+  // after a whole transfer or a basis loaded by the user, from the basis
+  // the problem keeps. The barrier does not use one.
+  keeps_basis_ = stages.size() == 1 && basis_applies(m, build_, mip);
+  const bool barrier = request_.algorithm == 'b' ||
+                       (!request_.algorithm && p_.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
+  std::vector<HighsInt> col_status, row_status;
+  if (keeps_basis_ && !barrier && (whole || basis_loaded) &&
+      start_basis(m, build_.lp, col_status, row_status) &&
+      Highs_setBasis(h_, col_status.data(), row_status.data()) == kHighsStatusError)
+    p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch");
+}
+
+void HighsBackend::set_objective(const Stage &stage) {
+  Highs_changeColsCostByRange(h_, 0, p_.model.cols() - 1, stage.cost.data());
+  Highs_changeObjectiveOffset(h_, stage.constant);
+}
+
+void HighsBackend::run(StageResult &out) {
+  Highs_run(h_);
+  if (presolve_hid_the_answer(h_, request_.mip) &&
+      p_.controls.get_int(ZRVS_PRESOLVE, request_.who)) {
+    Highs_setStringOptionValue(h_, "presolve", "off");
+    Highs_run(h_);
+    Highs_setStringOptionValue(h_, "presolve", "on");
+  }
+  record_stage(h_, request_.mip, p_.interrupt_reason.load(), out);
+  refine_stop_reason(p_, out);
+}
+
+void HighsBackend::hold_level(const Stage &stage, double lower, double upper) {
+  std::vector<HighsInt> index;
+  std::vector<double> value;
+  sparse(stage.cost, index, value);
+  Highs_addRow(h_, lower, upper, static_cast<HighsInt>(index.size()), index.data(),
+               value.data());
+}
+
+bool HighsBackend::solution(std::vector<double> &x, std::vector<double> &duals,
+                            std::vector<double> &djs) {
+  HighsInt primal_status = 0, dual_status = 0;
+  Highs_getIntInfoValue(h_, "primal_solution_status", &primal_status);
+  Highs_getIntInfoValue(h_, "dual_solution_status", &dual_status);
+  if (primal_status == kHighsSolutionStatusNone) return false;
+  if (request_.mip && primal_status != kHighsSolutionStatusFeasible) return false;
+  HighsInt ncols = Highs_getNumCol(h_), nrows = Highs_getNumRow(h_);
+  std::vector<double> col_value(ncols), col_dual(ncols), row_value(nrows), row_dual(nrows);
+  Highs_getSolution(h_, col_value.data(), col_dual.data(), row_value.data(), row_dual.data());
+  const Model &m = p_.model;
+  x.assign(col_value.begin(), col_value.begin() + m.cols());
+  duals.clear(), djs.clear();
+  if (!request_.mip && dual_status != kHighsSolutionStatusNone) {
+    duals.assign(row_dual.begin(), row_dual.begin() + m.rows());
+    djs.assign(col_dual.begin(), col_dual.begin() + m.cols());
+  }
+  return true;
+}
+
+double HighsBackend::mip_gap() {
+  double gap = 0.0;
+  Highs_getDoubleInfoValue(h_, "mip_gap", &gap);
+  return gap;
+}
+
+void HighsBackend::finish() {
+  HighsInt basis_validity = 0;
+  Highs_getIntInfoValue(h_, "basis_validity", &basis_validity);
+  if (!keeps_basis_ || basis_validity != kHighsBasisValidityValid) return;
+  std::vector<HighsInt> col_status(static_cast<size_t>(p_.model.cols()));
+  std::vector<HighsInt> row_status(static_cast<size_t>(p_.model.rows()));
+  if (Highs_getBasis(h_, col_status.data(), row_status.data()) != kHighsStatusError)
+    store_basis(p_.model, col_status, row_status);
+}
+
+std::string HighsBackend::failure() { return model_status_text(Highs_getModelStatus(h_)); }
+
+}  // namespace zorvan
