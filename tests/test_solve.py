@@ -76,6 +76,22 @@ def test_infeasible_and_unbounded_models():
     assert q.getProbStatus() == z.lp_unbounded
 
 
+def test_rows_left_without_columns_keep_their_verdict():
+    # x >= 5 with x <= 3 is infeasible; without x the row reads 0 >= 5.
+    x = z.var(ub=3)
+    p = quiet()
+    p.addVariable(x)
+    p.addConstraint(x >= 5)
+    assert p.optimize()[1] == z.SolStatus.INFEASIBLE
+    p.delVariable(x)
+    assert p.attributes.cols == 0 and p.attributes.rows == 1
+    assert p.optimize()[1] == z.SolStatus.INFEASIBLE
+    assert p.getProbStatusString() == "lp_infeas"
+    q = quiet()
+    q.addConstraint(z.constraint(body=z.Sum([]) + 0, lb=-1, ub=2))
+    assert q.optimize()[1] == z.SolStatus.OPTIMAL
+
+
 def test_mip_solve_and_its_relaxation():
     p, (a, b, c) = knapsack()
     assert p.getProbStatusString() == "mip_not_loaded"

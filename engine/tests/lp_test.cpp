@@ -128,6 +128,31 @@ TEST_F(ModelTest, InfeasibleLp) {
   EXPECT_EQ(int_attrib(ZRVS_LPSTATUS), ZRVS_LP_INFEAS);
 }
 
+// Without columns every row's activity is 0: a row whose sides exclude 0 is
+// infeasible (HiGHS calls such a model empty and optimal), one that admits 0
+// is not; deleting the last column keeps its rows.
+TEST_F(ModelTest, RowsWithoutColumns) {
+  add_row({}, 'L', 5);
+  add_row({}, 'R', 1, 3);  // -2 <= 0 <= 1
+  int sol = -1;
+  EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_OPTIMAL);
+  add_row({}, 'G', 5);
+  EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_INFEASIBLE);
+  EXPECT_EQ(int_attrib(ZRVS_LPSTATUS), ZRVS_LP_INFEAS);
+  int last = 2;
+  ASSERT_EQ(ZRVSdelrows(prob, 1, &last), 0);
+  add_cols({1}, {0}, {3});
+  add_row({1}, 'E', 4);  // x = 4 > 3: infeasible with the column and without it
+  EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_INFEASIBLE);
+  int col = 0;
+  ASSERT_EQ(ZRVSdelcols(prob, 1, &col), 0);
+  EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_INFEASIBLE);
+}
+
 TEST_F(ModelTest, UnboundedLp) {
   add_cols({-1, -1}, {0, 0}, {1e20, 1e20});
   add_row({1, -1}, 'L', 4);

@@ -1,5 +1,5 @@
 // Entry points that add, change and delete columns and rows.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/checks.h"
 
 using namespace zorvan;

@@ -1,7 +1,7 @@
 // Entry points of the catalogue, the controls and the attributes.
 #include "api/control_outputs.h"
-#include "core/attributes.h"
-#include "core/problem.h"
+#include "problem/attributes.h"
+#include "problem/problem.h"
 
 using namespace zorvan;
 

@@ -1,6 +1,6 @@
 // Entry points that read the model: bounds, types, thresholds, right-hand
 // sides, ranges, row types and the matrix.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/reading.h"
 
 using namespace zorvan;

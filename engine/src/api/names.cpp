@@ -1,7 +1,7 @@
 // Entry points of the names of rows, columns and sets.
 #include <cstring>
 
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/checks.h"
 
 using namespace zorvan;

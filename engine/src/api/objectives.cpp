@@ -1,6 +1,6 @@
 // Entry points of the objectives: coefficients, constants, the quadratic
 // part, the sense and the objective controls.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/objective_controls.h"
 #include "model/reading.h"
 

@@ -1,5 +1,5 @@
 // Entry points of problem files.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "io/problem_files.h"
 
 using namespace zorvan;

@@ -1,7 +1,7 @@
 // Entry points of problems: creation, destruction, copy, loading an LP,
 // names, the last error, message callbacks and interrupts.
 #include "core/arguments.h"
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "nlp/slp_problem.h"
 
 using namespace zorvan;

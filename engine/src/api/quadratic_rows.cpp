@@ -1,5 +1,5 @@
 // Entry points of the quadratic parts of rows.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/reading.h"
 
 using namespace zorvan;

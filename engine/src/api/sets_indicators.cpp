@@ -1,5 +1,5 @@
 // Entry points of special ordered sets and indicator constraints.
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "model/reading.h"
 
 using namespace zorvan;

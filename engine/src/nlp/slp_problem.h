@@ -3,7 +3,7 @@
 #include <atomic>
 #include <string>
 
-#include "core/problem.h"
+#include "problem/problem.h"
 
 namespace zorvan {
 const Catalogue &slp_catalogue();

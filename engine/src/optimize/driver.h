@@ -2,7 +2,7 @@
 // entry point, chooses between a MIP and an LP), picks the backend, runs
 // one backend run per objective priority level and records the results.
 #pragma once
-#include "core/problem.h"
+#include "problem/problem.h"
 
 namespace zorvan {
 

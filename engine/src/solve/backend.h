@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/problem.h"
-#include "solve/results.h"
+#include "problem/problem.h"
+#include "problem/results.h"
 #include "solve/stages.h"
 
 namespace zorvan {

@@ -2,7 +2,7 @@
 #pragma once
 #include <string>
 
-#include "core/problem.h"
+#include "problem/problem.h"
 
 namespace zorvan {
 

@@ -101,6 +101,10 @@ void HighsBackend::run(StageResult &out) {
     Highs_setStringOptionValue(h_, "presolve", "on");
   }
   record_stage(h_, request_.mip, p_.interrupt_reason.load(), out);
+  if (Highs_getModelStatus(h_) == kHighsModelStatusModelEmpty)
+    check_rows_without_columns(build_.lp.row_lower, build_.lp.row_upper,
+                               p_.controls.get_dbl(ZRVS_FEASTOL, request_.who), request_.mip,
+                               out);
   refine_stop_reason(p_, out);
 }
 

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string>
 
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "interfaces/highs_c_api.h"
 
 namespace zorvan {

@@ -3,7 +3,7 @@
 // through its C interface, which does not depend on the C++ library ABI
 // HiGHS was built with.
 #pragma once
-#include "core/problem.h"
+#include "problem/problem.h"
 
 namespace zorvan {
 

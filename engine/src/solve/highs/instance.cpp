@@ -3,7 +3,7 @@
 #include <new>
 
 #include "core/errors.h"
-#include "core/problem.h"
+#include "problem/problem.h"
 #include "solve/highs/rejection.h"
 #include "zorvan/zrvs.h"
 

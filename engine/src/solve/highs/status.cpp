@@ -98,4 +98,16 @@ void refine_stop_reason(const zrvs_problem &p, StageResult &r) {
     r.stopstatus = ZRVS_STOP_SOLLIMIT;
 }
 
+void check_rows_without_columns(const std::vector<double> &row_lower,
+                                const std::vector<double> &row_upper, double tolerance,
+                                bool mip, StageResult &r) {
+  for (size_t i = 0; i < row_lower.size(); ++i) {
+    if (row_lower[i] <= tolerance && row_upper[i] >= -tolerance) continue;
+    r.solstatus = ZRVS_SOLSTATUS_INFEASIBLE;
+    (mip ? r.mipstatus : r.lpstatus) = mip ? ZRVS_MIP_INFEAS : ZRVS_LP_INFEAS;
+    r.stopstatus = ZRVS_STOP_NONE;
+    return;
+  }
+}
+
 }  // namespace zorvan

@@ -1,8 +1,10 @@
 // HiGHS's outcome of one run turned into the engine's statuses.
 #pragma once
-#include "core/problem.h"
+#include "problem/problem.h"
+#include <vector>
+
 #include "interfaces/highs_c_api.h"
-#include "solve/results.h"
+#include "problem/results.h"
 
 namespace zorvan {
 
@@ -17,6 +19,13 @@ const char *model_status_text(HighsInt status);
 // postsolve lost the optimality of the point (the barrier without crossover
 // on a problem that presolve removes entirely ends "unknown").
 bool presolve_hid_the_answer(void *highs, bool mip);
+
+// HiGHS calls a model without columns empty, and optimal, whatever its rows
+// say. Every row's activity is then 0: when a row's sides exclude 0 (beyond
+// the feasibility tolerance), r is turned into a proof of infeasibility.
+void check_rows_without_columns(const std::vector<double> &row_lower,
+                                const std::vector<double> &row_upper, double tolerance,
+                                bool mip, StageResult &r);
 
 // HiGHS reports every MIP limit alike; a stop short of the node limit with a
 // solution limit set is the solution limit.

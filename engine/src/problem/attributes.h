@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/problem.h"
+#include "problem/problem.h"
 
 namespace zorvan {
 

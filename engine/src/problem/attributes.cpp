@@ -1,6 +1,6 @@
 // Attribute values: each is computed from the problem's model and the
 // results of its last solve.
-#include "core/attributes.h"
+#include "problem/attributes.h"
 
 namespace zorvan {
 

@@ -12,7 +12,7 @@
 #include "events/registry.h"
 #include "model/changes.h"
 #include "model/model.h"
-#include "solve/results.h"
+#include "problem/results.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
 

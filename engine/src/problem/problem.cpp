@@ -1,5 +1,5 @@
 // The problem object: its messages, lifecycle and message callbacks.
-#include "core/problem.h"
+#include "problem/problem.h"
 
 #include <algorithm>
 #include <memory>
