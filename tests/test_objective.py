@@ -60,6 +60,19 @@ def test_quadratic_terms_and_squares():
     assert p.getSolution() == pytest.approx([0.5, 1.5], abs=1e-6)
     assert p.getObjVal() == pytest.approx(0.5, abs=1e-6)
     assert p.getDual(c) == pytest.approx(-1.0, abs=1e-6)
+    # A weight scales the whole objective, its squares as well as its linear
+    # part: the minimiser stays where it is.
+    p.setObjective((x - 1)**2 + (y - 2)**2, weight=3.0)
+    p.optimize()
+    assert p.getSolution() == pytest.approx([0.5, 1.5], abs=1e-6)
+    assert p.getObjVal() == pytest.approx(0.5, abs=1e-6)
+    # Without rows HiGHS leaves no duals and the QP is solved again by the
+    # engine's interior point: the weight must not leak into the value.
+    b, (u,) = model((-10, 10))
+    b.setObjective(u * u - 2 * u, weight=3.0)
+    b.optimize()
+    assert b.getSolution(u) == pytest.approx(1.0, abs=1e-6)
+    assert b.getObjVal() == pytest.approx(-1.0, abs=1e-6)
     # A square on its own: 3 x^2 is the matrix entry 6 of 0.5 x'Qx.
     q, (v,) = model((1, 10))
     q.setObjective(3 * v * v)

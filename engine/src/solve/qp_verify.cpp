@@ -15,7 +15,7 @@ namespace {
 // the solver found within its tolerances passes.
 constexpr double kToleranceFactor = 10.0;
 
-void keep_point(const Model &m, const QpModel &qp, const QpPoint &pt, int iterations,
+void keep_point(const Model &m, const QpPoint &pt, int iterations,
                 SolveState &res) {
   StageResult &last = res.stages.back();
   res.x = pt.x;
@@ -25,11 +25,15 @@ void keep_point(const Model &m, const QpModel &qp, const QpPoint &pt, int iterat
   res.duals.assign(pt.y.begin(), pt.y.begin() + m.rows());
   res.djs.assign(pt.z.begin(), pt.z.begin() + m.cols());
   res.has_lp_solution = true;
-  // The objective's value as the problem states it (the solver's costs may
-  // carry the objective's weight).
+  // The objective's value as the problem states it (the solver's costs and
+  // Hessian carry the objective's weight).
   const Objective &o = m.objectives[0];
-  double value = o.constant + qp.objective(pt.x);
-  for (int j = 0; j < m.cols(); ++j) value += (o.coef[j] - qp.cost[j]) * pt.x[j];
+  double value = o.constant;
+  for (int j = 0; j < m.cols(); ++j) value += o.coef[j] * res.x[j];
+  for (const auto &e : m.qobj) {
+    int i = e.first.first, j = e.first.second;
+    value += (i == j ? 0.5 : 1.0) * e.second * res.x[i] * res.x[j];
+  }
   res.objvals.assign(m.objectives.size(), value);
   res.lpobjval = res.bestbound = value;
   last.objval = last.bestbound = value;
@@ -86,7 +90,7 @@ void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const c
   if (solve_qp_interior(qp, pt, iterations, second)) {
     second = kkt_failure(qp, pt, primal_tol, dual_tol);
     if (second.empty()) {
-      keep_point(m, qp, pt, iterations, res);
+      keep_point(m, pt, iterations, res);
       return;
     }
     second = "the interior point result fails the optimality check: " + second;

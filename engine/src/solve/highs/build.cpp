@@ -72,10 +72,12 @@ void add_rows(const Model &m, SolveMode mode, LpBuilder &lp) {
   }
 }
 
-// The lower triangle of Q by columns, as HiGHS takes it.
+// The lower triangle of Q by columns, as HiGHS takes it, weighted like the
+// linear costs of the primary objective (the only one that may carry Q).
 HighsCsc hessian(const Model &m) {
   HighsCsc h;
   if (m.qobj.empty()) return h;
+  const double weight = m.objectives[0].weight;
   h.start.assign(m.cols() + 1, 0);
   for (const auto &e : m.qobj) ++h.start[e.first.first + 1];
   for (int j = 0; j < m.cols(); ++j) h.start[j + 1] += h.start[j];
@@ -86,7 +88,7 @@ HighsCsc hessian(const Model &m) {
     // qobj is ordered by (column, row), so rows come out ascending.
     HighsInt pos = next[e.first.first]++;
     h.index[pos] = e.first.second;
-    h.value[pos] = e.second;
+    h.value[pos] = weight * e.second;
   }
   return h;
 }
