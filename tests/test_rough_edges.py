@@ -129,6 +129,9 @@ class TestErrorTexts:
         with pytest.raises(z.ModelError,
                            match="Unexpected argument to conv_arr2obj: .* not a tuple"):
             p.getlb(())
+        with pytest.raises(z.ModelError,
+                           match="Unexpected argument to conv_arr2obj: .* not a int"):
+            p.getnames(2, 0, 0, 0)
 
     @pytest.mark.parametrize("getter, prefix", [
         ("getSlack", "Could not get constraints' slack"),

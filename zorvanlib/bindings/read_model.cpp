@@ -227,7 +227,11 @@ PyObject *GetNames(ProblemObject *p, const Binding &b, PyObject *args, PyObject 
   int rc = PyList_Check(out) ? PyList_SetSlice(out, 0, PyList_GET_SIZE(out), names) : -1;
   Py_DECREF(names);
   if (rc < 0) {
-    if (!PyErr_Occurred()) PyErr_SetString(ModelError, "Unexpected argument to conv_arr2obj");
+    if (!PyErr_Occurred())
+      PyErr_Format(ModelError,
+                   "Unexpected argument to conv_arr2obj: results are written into a list "
+                   "given by the caller, not a %s",
+                   Py_TYPE(out)->tp_name);
     return nullptr;
   }
   Py_RETURN_NONE;
