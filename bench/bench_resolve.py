@@ -4,14 +4,13 @@ keeping one HiGHS instance, on the same model.
 
 LP: a sparse random LP (n columns, n rows, about 8 entries per column,
 maximise c.x subject to A x <= b, 0 <= x <= 10) is solved once, then
-re-solved --rounds times, each after changing the costs of 5 columns
-(through zorvan's setObjective).
+re-solved --rounds times, each after changing 5 values of one kind: costs
+(chgobj / changeColsCost), upper bounds (chgbounds / changeColsBounds) or
+right-hand sides (chgrhs / changeRowsBounds).
 
 MIP: a random integer knapsack with several rows (--mip-n integer columns in
 [0, 5], 8 rows, maximise c.x) is solved once, then re-solved --rounds times,
-each after changing the upper bound of one column. The Python module has no
-call that changes a bound of a column already in a problem, so this part
-drives the engine through its C interface (ZRVSchgbounds, ZRVSmipoptimize).
+each after changing the upper bound of one column.
 
 Each side runs --repeat times, interleaved; a round's time is its best over
 the repeats (the machine may be shared), and the table gives the first solve,
@@ -22,8 +21,6 @@ Run: .venv/bin/python bench/bench_resolve.py [--n N] [--rounds R] [--repeat K]
 (highspy comes with the bench extra: pip install .[bench]).
 """
 import argparse
-import ctypes
-import os
 import random
 import statistics
 import time
@@ -32,13 +29,23 @@ import numpy as np
 
 import zorvan as z
 
+KINDS = ("costs", "bounds", "rhs")
+
 
 def instance(n, seed=5):
     rng = random.Random(seed)
     cols = [[(rng.randrange(n), rng.uniform(1, 10)) for _ in range(8)] for _ in range(n)]
     cost = [rng.uniform(1, 20) for _ in range(n)]
     rhs = [rng.uniform(50, 100) for _ in range(n)]
-    changes = [[(rng.randrange(n), rng.uniform(1, 20)) for _ in range(5)] for _ in range(100)]
+    # Per kind and round: 5 (index, new value) pairs.
+    changes = {
+        "costs": [[(rng.randrange(n), rng.uniform(1, 20)) for _ in range(5)]
+                  for _ in range(100)],
+        "bounds": [[(rng.randrange(n), rng.uniform(2, 10)) for _ in range(5)]
+                   for _ in range(100)],
+        "rhs": [[(rng.randrange(n), rng.uniform(40, 100)) for _ in range(5)]
+                for _ in range(100)],
+    }
     rows = [dict() for _ in range(n)]
     for j, entries in enumerate(cols):
         for i, a in entries:
@@ -46,7 +53,7 @@ def instance(n, seed=5):
     return rows, cost, rhs, changes
 
 
-def run_zorvan(data, rounds):
+def run_zorvan(data, kind, rounds):
     rows, cost, rhs, changes = data
     n = len(cost)
     p = z.problem("resolve")
@@ -59,11 +66,14 @@ def run_zorvan(data, rounds):
     p.lpoptimize()
     first = time.perf_counter() - t
     times, iters, objs = [], 0, [p.getObjVal()]
-    cost = list(cost)
     for k in range(rounds):
-        for j, c in changes[k]:
-            cost[j] = c
-        p.setObjective(z.Dot(cost, x), sense=z.maximize)
+        idx, val = (list(v) for v in zip(*changes[kind][k]))
+        if kind == "costs":
+            p.chgobj(idx, val)
+        elif kind == "bounds":
+            p.chgbounds(idx, ["U"] * len(idx), val)
+        else:
+            p.chgrhs(idx, val)
         t = time.perf_counter()
         p.lpoptimize()
         times.append(time.perf_counter() - t)
@@ -72,9 +82,8 @@ def run_zorvan(data, rounds):
     return first, times, iters, objs
 
 
-def run_highspy(data, rounds):
+def run_highspy(data, kind, rounds):
     import highspy
-    import numpy as np
     rows, cost, rhs, changes = data
     n = len(cost)
     h = highspy.Highs()
@@ -91,8 +100,17 @@ def run_highspy(data, rounds):
     first = time.perf_counter() - t
     times, iters, objs = [], 0, [h.getInfo().objective_function_value]
     for k in range(rounds):
-        idx, val = zip(*changes[k])
-        h.changeColsCost(len(idx), np.array(idx, dtype=np.int32), np.array(val))
+        idx, val = zip(*changes[kind][k])
+        idx, val = np.array(idx, dtype=np.int32), np.array(val)
+        if kind == "costs":
+            h.changeColsCost(len(idx), idx, val)
+        elif kind == "bounds":
+            # Repeated columns: the last change holds, as in zorvan.
+            for j, v in zip(idx, val):
+                h.changeColBounds(int(j), 0.0, float(v))
+        else:
+            for i, v in zip(idx, val):
+                h.changeRowBounds(int(i), -highspy.kHighsInf, float(v))
         t = time.perf_counter()
         h.run()
         times.append(time.perf_counter() - t)
@@ -111,78 +129,31 @@ def mip_instance(n, seed=11):
     return a, b, c, changes
 
 
-def engine_library():
-    lib = ctypes.CDLL(os.path.join(os.path.dirname(z.__file__), "libzorvan.so"))
-    p, dbl = ctypes.c_void_p, ctypes.c_double
-    dbl_p = np.ctypeslib.ndpointer(np.float64, flags="C_CONTIGUOUS")
-    i32_p = np.ctypeslib.ndpointer(np.int32, flags="C_CONTIGUOUS")
-    i64_p = np.ctypeslib.ndpointer(np.int64, flags="C_CONTIGUOUS")
-    lib.ZRVSinit.argtypes = [ctypes.c_char_p]
-    lib.ZRVScreateprob.argtypes = [ctypes.POINTER(p)]
-    lib.ZRVSdestroyprob.argtypes = [p]
-    lib.ZRVSsetintcontrol.argtypes = [p, ctypes.c_int, ctypes.c_int]
-    lib.ZRVSsetdblcontrol.argtypes = [p, ctypes.c_int, dbl]
-    lib.ZRVSaddrows64.argtypes = [p, ctypes.c_int, ctypes.c_int64, ctypes.c_char_p, dbl_p,
-                                  p, p, p, p]
-    lib.ZRVSaddcols64.argtypes = [p, ctypes.c_int, ctypes.c_int64, dbl_p, i64_p, i32_p, dbl_p,
-                                  dbl_p, dbl_p]
-    lib.ZRVSchgcoltype.argtypes = [p, ctypes.c_int, i32_p, ctypes.c_char_p]
-    lib.ZRVSchgobjsense.argtypes = [p, ctypes.c_int]
-    lib.ZRVSchgbounds.argtypes = [p, ctypes.c_int, i32_p, ctypes.c_char_p, dbl_p]
-    lib.ZRVSmipoptimize.argtypes = [p, ctypes.c_char_p]
-    lib.ZRVSgetdblattrib.argtypes = [p, ctypes.c_int, ctypes.POINTER(dbl)]
-    lib.ZRVSgetintattrib.argtypes = [p, ctypes.c_int, ctypes.POINTER(ctypes.c_int)]
-    return lib
-
-
-# Identifiers of the engine's public header.
-OUTPUTLOG, THREADS, MIPABSSTOP, MIPRELSTOP = 8035, 8278, 7002, 7003
-MIPOBJVAL, NODES, OBJ_MAXIMIZE = 2003, 1502, -1
-
-
-def run_mip_engine(data, rounds):
+def run_mip_zorvan(data, rounds):
     a, b, c, changes = data
-    n, m = len(c), len(b)
-    lib = engine_library()
-    assert lib.ZRVSinit(None) == 0
-    prob = ctypes.c_void_p()
-    assert lib.ZRVScreateprob(ctypes.byref(prob)) == 0
-    try:
-        lib.ZRVSsetintcontrol(prob, OUTPUTLOG, 0)
-        lib.ZRVSsetintcontrol(prob, THREADS, 1)
-        lib.ZRVSsetdblcontrol(prob, MIPABSSTOP, 0.0)
-        lib.ZRVSsetdblcontrol(prob, MIPRELSTOP, 0.0)
-        assert lib.ZRVSaddrows64(prob, m, 0, b"L" * m, np.array(b), None, None, None,
-                                 None) == 0
-        start = np.arange(0, m * n + 1, m, dtype=np.int64)
-        index = np.tile(np.arange(m, dtype=np.int32), n)
-        value = np.array(a).T.ravel().copy()
-        assert lib.ZRVSaddcols64(prob, n, m * n, np.array(c), start, index, value,
-                                 np.zeros(n), np.full(n, 5.0)) == 0
-        assert lib.ZRVSchgcoltype(prob, n, np.arange(n, dtype=np.int32), b"I" * n) == 0
-        assert lib.ZRVSchgobjsense(prob, OBJ_MAXIMIZE) == 0
-        value, count = ctypes.c_double(), ctypes.c_int()
+    n = len(c)
+    p = z.problem("mip-resolve")
+    p.setControl({"outputlog": 0, "threads": 1, "mipabsstop": 0.0, "miprelstop": 0.0})
+    x = [z.var(vartype=z.integer, ub=5) for _ in range(n)]
+    p.addVariable(x)
+    p.addConstraint(z.Dot(row, x) <= rhs for row, rhs in zip(a, b))
+    p.setObjective(z.Dot(c, x), sense=z.maximize)
 
-        def solve():
-            t = time.perf_counter()
-            assert lib.ZRVSmipoptimize(prob, b"") == 0
-            elapsed = time.perf_counter() - t
-            lib.ZRVSgetdblattrib(prob, MIPOBJVAL, ctypes.byref(value))
-            lib.ZRVSgetintattrib(prob, NODES, ctypes.byref(count))
-            return elapsed, value.value, count.value
+    def solve():
+        t = time.perf_counter()
+        p.mipoptimize()
+        elapsed = time.perf_counter() - t
+        return elapsed, p.getObjVal(), p.attributes.nodes
 
-        first, obj, _ = solve()
-        times, nodes, objs = [], 0, [obj]
-        for j, ub in changes[:rounds]:
-            lib.ZRVSchgbounds(prob, 1, np.array([j], dtype=np.int32), b"U", np.array([ub]))
-            elapsed, obj, count_ = solve()
-            times.append(elapsed)
-            nodes += count_
-            objs.append(obj)
-        return first, times, nodes, objs
-    finally:
-        lib.ZRVSdestroyprob(prob)
-        lib.ZRVSfree()
+    first, obj, _ = solve()
+    times, nodes, objs = [], 0, [obj]
+    for j, ub in changes[:rounds]:
+        p.chgbounds([j], ["U"], [ub])
+        elapsed, obj, count = solve()
+        times.append(elapsed)
+        nodes += count
+        objs.append(obj)
+    return first, times, nodes, objs
 
 
 def run_mip_highspy(data, rounds):
@@ -258,14 +229,15 @@ def main():
     ap.add_argument("--repeat", type=int, default=3)
     args = ap.parse_args()
     data = instance(args.n)
-    compare(f"LP, n = {args.n}, {args.rounds} re-solves after 5 cost changes each",
-            "re-solve iters",
-            {"zorvan": lambda: run_zorvan(data, args.rounds),
-             "highspy": lambda: run_highspy(data, args.rounds)}, args.repeat)
+    for kind in KINDS:
+        compare(f"LP, n = {args.n}, {args.rounds} re-solves after changing 5 {kind} each",
+                "re-solve iters",
+                {"zorvan": lambda: run_zorvan(data, kind, args.rounds),
+                 "highspy": lambda: run_highspy(data, kind, args.rounds)}, args.repeat)
     mip = mip_instance(args.mip_n)
     compare(f"MIP, {args.mip_n} integer columns, {args.rounds} re-solves after a bound change "
             "each", "re-solve nodes",
-            {"zorvan": lambda: run_mip_engine(mip, args.rounds),
+            {"zorvan": lambda: run_mip_zorvan(mip, args.rounds),
              "highspy": lambda: run_mip_highspy(mip, args.rounds)}, args.repeat)
 
 
