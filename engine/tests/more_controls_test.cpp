@@ -198,3 +198,25 @@ TEST_F(MoreControls, CrossoverGivesAVertex) {
 }
 
 }  // namespace
+
+// max x + 2y with x <= 4, y <= 3 and x + y <= 10: presolve removes the whole
+// problem. The barrier without crossover still reports the optimum 10 with
+// its reduced costs 1 and 2 and the slack row's dual 0.
+TEST_F(MoreControls, BarrierWithoutCrossoverOnAProblemPresolveRemoves) {
+  add_cols({1, 2}, {0, 0}, {4, 3});
+  add_row({1, 1}, 'L', 10);
+  ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_CROSSOVER, 0), 0);
+  int sol = -1;
+  EXPECT_EQ(optimize(&sol, "b"), ZRVS_SOLVESTATUS_COMPLETED) << last_error();
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_OPTIMAL);
+  EXPECT_EQ(int_attrib(ZRVS_LPSTATUS), ZRVS_LP_OPTIMAL);
+  EXPECT_NEAR(dbl_attrib(ZRVS_LPOBJVAL), 10.0, 1e-6);
+  double x[2], dual[1], dj[2];
+  ASSERT_EQ(ZRVSgetlpsol(prob, x, nullptr, dual, dj), 0) << last_error();
+  EXPECT_NEAR(x[0], 4.0, 1e-6);
+  EXPECT_NEAR(x[1], 3.0, 1e-6);
+  EXPECT_NEAR(dual[0], 0.0, 1e-6);
+  EXPECT_NEAR(dj[0], 1.0, 1e-6);
+  EXPECT_NEAR(dj[1], 2.0, 1e-6);
+}

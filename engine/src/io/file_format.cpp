@@ -82,7 +82,7 @@ void check_writable(const Model &m, const char *who) {
 
 std::vector<std::string> file_names(const Names &names, size_t count, char prefix,
                                     bool (*legal)(const std::string &), bool unique,
-                                    size_t *replaced) {
+                                    size_t *replaced, std::string *examples) {
   std::vector<std::string> out(count);
   std::vector<char> bad(count, 0);
   std::unordered_set<std::string> used;
@@ -93,12 +93,15 @@ std::vector<std::string> file_names(const Names &names, size_t count, char prefi
     if (!bad[i] && !unique) used.insert(out[i]);
   }
   *replaced = 0;
+  if (examples) examples->clear();
   for (size_t i = 0; i < count; ++i) {
     if (!bad[i]) continue;
     std::string base = std::string(1, prefix) + std::to_string(i);
     std::string name = base;
     for (int k = 1; used.count(name); ++k) name = base + "_" + std::to_string(k);
     used.insert(name);
+    if (examples && *replaced < kNameExamples)
+      *examples += (*replaced ? ", '" : "'") + out[i] + "' as " + name;
     out[i] = std::move(name);
     ++*replaced;
   }

@@ -47,13 +47,17 @@ void write_lp(const Model &m, FileWriter &out, const char *who,
 // partially integer columns.
 void check_writable(const Model &m, const char *who);
 
+// How many replaced names a warning shows.
+constexpr size_t kNameExamples = 3;
+
 // The names of one kind of entity as a file will hold them. Names that are
 // not `legal`, and (when `unique`) repeats of an earlier name, are replaced
 // by generated names "<prefix><index>" made unique with a "_<k>" suffix.
-// Returns the names; *replaced receives how many were replaced.
+// Returns the names; *replaced receives how many were replaced and, when
+// given, *examples the first few of them ("'a b' as R0, ...").
 std::vector<std::string> file_names(const Names &names, size_t count, char prefix,
                                     bool (*legal)(const std::string &), bool unique,
-                                    size_t *replaced);
+                                    size_t *replaced, std::string *examples = nullptr);
 
 // The problem name as a file holds it on one line: control characters
 // become '_' (with a warning).

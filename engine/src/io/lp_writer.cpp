@@ -181,17 +181,19 @@ void LpWriter::bounds() {
 
 void LpWriter::write() {
   size_t replaced = 0;
+  std::string examples;
   auto report = [&](const char *kind) {
     if (replaced)
       warnings_.push_back(std::to_string(replaced) + " " + kind +
                           " names cannot be written in LP format (characters, length, reserved "
-                          "words or repeats) and were replaced by generated names");
+                          "words or repeats) and were replaced by generated names: " +
+                          examples + (replaced > kNameExamples ? ", ..." : ""));
   };
-  rows_ = file_names(m_.rownames, m_.rows(), 'R', legal_lp_name, false, &replaced);
+  rows_ = file_names(m_.rownames, m_.rows(), 'R', legal_lp_name, false, &replaced, &examples);
   report("row");
-  cols_ = file_names(m_.colnames, m_.cols(), 'C', legal_lp_name, true, &replaced);
+  cols_ = file_names(m_.colnames, m_.cols(), 'C', legal_lp_name, true, &replaced, &examples);
   report("column");
-  sets_ = file_names(m_.setnames, m_.sets(), 'S', legal_lp_name, false, &replaced);
+  sets_ = file_names(m_.setnames, m_.sets(), 'S', legal_lp_name, false, &replaced, &examples);
   report("set");
   by_row_ = m_.by_rows();
 

@@ -87,16 +87,18 @@ void MpsWriter::names() {
   auto legal = fixed_ ? legal_fixed_name : legal_free_name;
   const char *format = fixed_ ? "fixed MPS" : "free MPS";
   size_t replaced = 0;
+  std::string examples;
   auto report = [&](const char *kind) {
     if (replaced)
       warnings_.push_back(std::to_string(replaced) + " " + kind + " names cannot be written in " +
-                          format + " (blanks, length or repeats) and were replaced by generated names");
+                          format + " (blanks, length or repeats) and were replaced by generated names: " +
+                          examples + (replaced > kNameExamples ? ", ..." : ""));
   };
-  rows_ = file_names(m_.rownames, m_.rows(), 'R', legal, true, &replaced);
+  rows_ = file_names(m_.rownames, m_.rows(), 'R', legal, true, &replaced, &examples);
   report("row");
-  cols_ = file_names(m_.colnames, m_.cols(), 'C', legal, true, &replaced);
+  cols_ = file_names(m_.colnames, m_.cols(), 'C', legal, true, &replaced, &examples);
   report("column");
-  sets_ = file_names(m_.setnames, m_.sets(), 'S', legal, false, &replaced);
+  sets_ = file_names(m_.setnames, m_.sets(), 'S', legal, false, &replaced, &examples);
   report("set");
   // The objective row needs a name no other row has.
   obj_ = "obj";

@@ -7,6 +7,7 @@
 #include "optimize/problem_class.h"
 #include "optimize/solution.h"
 #include "solve/highs/backend.h"
+#include "solve/qp_verify.h"
 
 namespace zorvan {
 
@@ -131,6 +132,7 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   res.bestbound = last.bestbound;
   if (request.mip) res.mipgap = backend->mip_gap();
   record_solution(*backend, m, request, res);
+  if (!request.mip && !m.qobj.empty()) verify_qp_result(p, backend->failure(), who);
   backend->finish();
   res.solvetime = seconds_since(start);
   p.message(ZRVS_MSG_INFO, std::string(class_name(classify(m, !request.mip))) + " solve " +

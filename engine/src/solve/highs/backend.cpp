@@ -94,9 +94,8 @@ void HighsBackend::set_objective(const Stage &stage) {
 
 void HighsBackend::run(StageResult &out) {
   Highs_run(h_);
-  if (Highs_getModelStatus(h_) == kHighsModelStatusUnboundedOrInfeasible &&
+  if (presolve_hid_the_answer(h_, request_.mip) &&
       p_.controls.get_int(ZRVS_PRESOLVE, request_.who)) {
-    // Presolve could not tell which; the solve without it can.
     Highs_setStringOptionValue(h_, "presolve", "off");
     Highs_run(h_);
     Highs_setStringOptionValue(h_, "presolve", "on");

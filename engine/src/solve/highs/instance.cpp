@@ -4,6 +4,7 @@
 
 #include "core/errors.h"
 #include "problem/problem.h"
+#include "solve/highs/rejection.h"
 #include "zorvan/zrvs.h"
 
 namespace zorvan {
@@ -113,7 +114,13 @@ void HighsInstance::transfer(const Model &m, const HighsBuild &build, bool mip, 
       a.start.data(), a.index.data(), a.value.data(), qnz ? q.start.data() : nullptr,
       qnz ? q.index.data() : nullptr, qnz ? q.value.data() : nullptr,
       mip ? lp.integrality.data() : nullptr);
-  if (status == kHighsStatusError) fail(ZRVS_ERR_INTERNAL, "%s: HiGHS rejected the model", who);
+  if (status == kHighsStatusError) {
+    double large = 1e15;
+    Highs_getDoubleOptionValue(h_, "large_matrix_value", &large);
+    std::string why = rejected_part(m, build, large);
+    fail(why.empty() ? ZRVS_ERR_INTERNAL : ZRVS_ERR_ARGUMENT, "%s: HiGHS rejected the model%s%s",
+         who, why.empty() ? "" : ": ", why.c_str());
+  }
   ++transfers_;
   cost_ = lp.cost, col_lower_ = lp.col_lower, col_upper_ = lp.col_upper;
   row_lower_ = lp.row_lower, row_upper_ = lp.row_upper;

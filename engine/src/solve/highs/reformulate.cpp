@@ -94,13 +94,20 @@ void reformulate_indicators(const Model &m, LpBuilder &lp, const char *who) {
     bool at_one = m.indflag[i] == 1;
     double mup = up < kHighsInf ? maxact - up : 0.0;
     double mlo = lo > -kHighsInf ? lo - minact : 0.0;
+    if (mup <= 0.0 && mlo <= 0.0) continue;  // the bounds imply the row
+    // The switch's entry shifts both sides of its row, so a row relaxed on
+    // one side must not keep the other: a side the bounds imply is dropped,
+    // and when both need relaxing the lower side moves to a row of its own.
     int lower_row = i;
     if (mup > 0.0 && mlo > 0.0) {
-      // Both sides need relaxing: the lower side moves to a row of its own.
       lower_row = lp.add_row(lo, kHighsInf);
       lp.row_lower[i] = -kHighsInf;
       for (int64_t k = rows.start[i]; k < rows.start[i + 1]; ++k)
         lp.add_entry(lower_row, rows.index[k], rows.value[k]);
+    } else if (mup > 0.0) {
+      lp.row_lower[i] = -kHighsInf;
+    } else {
+      lp.row_upper[i] = kHighsInf;
     }
     if (mup > 0.0) {
       lp.add_entry(i, c, at_one ? mup : -mup);

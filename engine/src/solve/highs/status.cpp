@@ -39,6 +39,11 @@ const char *model_status_text(HighsInt s) {
   return names[s];
 }
 
+bool presolve_hid_the_answer(void *h, bool mip) {
+  HighsInt s = Highs_getModelStatus(h);
+  return s == kHighsModelStatusUnboundedOrInfeasible || (!mip && s == kHighsModelStatusUnknown);
+}
+
 void record_stage(void *h, bool mip, int interrupt, StageResult &r) {
   HighsInt s = Highs_getModelStatus(h);
   bool feasible = int_info(h, "primal_solution_status") == kHighsSolutionStatusFeasible;

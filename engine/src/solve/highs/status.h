@@ -21,6 +21,12 @@ void check_rows_without_columns(const std::vector<double> &row_lower,
                                 const std::vector<double> &row_upper, double tolerance,
                                 bool mip, StageResult &r);
 
+// True when a finished run left an outcome that a run without presolve can
+// settle: unbounded or infeasible undecided, or a continuous problem whose
+// postsolve lost the optimality of the point (the barrier without crossover
+// on a problem that presolve removes entirely ends "unknown").
+bool presolve_hid_the_answer(void *highs, bool mip);
+
 // HiGHS reports every MIP limit alike; a stop short of the node limit with a
 // solution limit set is the solution limit.
 void refine_stop_reason(const zrvs_problem &p, StageResult &r);

@@ -1,0 +1,99 @@
+#include "solve/qp_verify.h"
+
+#include <algorithm>
+
+#include "core/errors.h"
+#include "solve/qp_interior.h"
+#include "solve/qp_model.h"
+#include "solve/stages.h"
+
+namespace zorvan {
+
+namespace {
+
+// The check's tolerances are looser than the solver's own, so that a point
+// the solver found within its tolerances passes.
+constexpr double kToleranceFactor = 10.0;
+
+void keep_point(const Model &m, const QpModel &qp, const QpPoint &pt, int iterations,
+                SolveState &res) {
+  StageResult &last = res.stages.back();
+  res.x = pt.x;
+  res.x.resize(static_cast<size_t>(m.cols()));
+  res.slack.assign(m.rhs.begin(), m.rhs.end());
+  for (size_t e = 0; e < m.mval.size(); ++e) res.slack[m.mrow[e]] -= m.mval[e] * res.x[m.mcol[e]];
+  res.duals.assign(pt.y.begin(), pt.y.begin() + m.rows());
+  res.djs.assign(pt.z.begin(), pt.z.begin() + m.cols());
+  res.has_lp_solution = true;
+  // The objective's value as the problem states it (the solver's costs may
+  // carry the objective's weight).
+  const Objective &o = m.objectives[0];
+  double value = o.constant + qp.objective(pt.x);
+  for (int j = 0; j < m.cols(); ++j) value += (o.coef[j] - qp.cost[j]) * pt.x[j];
+  res.objvals.assign(m.objectives.size(), value);
+  res.lpobjval = res.bestbound = value;
+  last.objval = last.bestbound = value;
+  last.bariter += iterations, res.bariter += iterations;
+  last.lpstatus = ZRVS_LP_OPTIMAL;
+  last.solvestatus = ZRVS_SOLVESTATUS_COMPLETED;
+  last.solstatus = ZRVS_SOLSTATUS_OPTIMAL;
+  last.stopstatus = ZRVS_STOP_SOLVECOMPLETE;
+  res.lpstatus = last.lpstatus, res.solvestatus = last.solvestatus;
+  res.solstatus = last.solstatus, res.stopstatus = last.stopstatus;
+}
+
+void mark_failed(SolveState &res) {
+  StageResult &last = res.stages.back();
+  last.lpstatus = res.lpstatus = ZRVS_LP_UNSOLVED;
+  last.solvestatus = res.solvestatus = ZRVS_SOLVESTATUS_FAILED;
+  last.solstatus = res.solstatus = ZRVS_SOLSTATUS_NOTFOUND;
+  last.stopstatus = res.stopstatus = ZRVS_STOP_GENERICERROR;
+  res.has_lp_solution = false;
+  res.x.clear(), res.slack.clear(), res.duals.clear(), res.djs.clear();
+}
+
+}  // namespace
+
+void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const char *who) {
+  SolveState &res = p.results;
+  if (res.stages.empty()) return;
+  const StageResult &last = res.stages.back();
+  const bool failed = last.solvestatus == ZRVS_SOLVESTATUS_FAILED;
+  if (!failed && last.solstatus != ZRVS_SOLSTATUS_OPTIMAL) return;  // infeasible, stopped, ...
+  const Model &m = p.model;
+  // The continuous model with the first level's costs, as the solver had it.
+  HighsBuild build = build_for_highs(m, SolveMode::relaxation, who);
+  const std::vector<Stage> stages = objective_stages(m);
+  std::copy(stages[0].cost.begin(), stages[0].cost.end(), build.lp.cost.begin());
+  const QpModel qp(m, build);
+  const double primal_tol = kToleranceFactor * p.controls.get_dbl(ZRVS_FEASTOL, who);
+  const double dual_tol = kToleranceFactor * p.controls.get_dbl(ZRVS_OPTIMALITYTOL, who);
+  std::string first;
+  if (failed) {
+    first = "HiGHS failed to solve it (" + solver_status + ")";
+  } else {
+    QpPoint highs{res.x, res.duals, res.djs};
+    // Columns and rows beyond the problem's own (none for a continuous QP)
+    // would make the sizes differ; the check then refuses the point.
+    std::string why = kkt_failure(qp, highs, primal_tol, dual_tol);
+    if (why.empty()) return;
+    first = "HiGHS's optimum fails the optimality check: " + why;
+  }
+  p.message(ZRVS_MSG_WARNING, first + "; solving the QP again by the interior point method");
+  QpPoint pt;
+  int iterations = 0;
+  std::string second;
+  if (solve_qp_interior(qp, pt, iterations, second)) {
+    second = kkt_failure(qp, pt, primal_tol, dual_tol);
+    if (second.empty()) {
+      keep_point(m, qp, pt, iterations, res);
+      return;
+    }
+    second = "the interior point result fails the optimality check: " + second;
+  }
+  mark_failed(res);
+  fail(ZRVS_ERR_INTERNAL, "%s: the QP could not be solved to a verified optimum: %s; %s", who,
+       first.c_str(), second.c_str());
+}
+
+}  // namespace zorvan
