@@ -87,3 +87,54 @@ TEST_F(QpClaims, InfeasibleQpWithDescentDirectionIsInfeasible) {
 }
 
 }  // namespace
+
+namespace {
+
+// Columns in neither the Hessian nor a row, with x in a row and x^2 - 2x:
+// each goes to the bound its cost points to (for either sense), the one
+// without cost to its value nearest 0; x = 1.
+class LooseColumns : public QpClaims, public ::testing::WithParamInterface<double> {};
+
+TEST_P(LooseColumns, GoToTheirBestBound) {
+  const double sense = GetParam();  // 1 minimise, -1 maximise the negation
+  add_cols({-2.0 * sense, 3.0 * sense, -1.0 * sense, 0.0, 0.0},
+           {-1e20, -4.0, -1e20, 2.0, -1e20}, {1e20, 1e20, 7.0, 5.0, 1e20});
+  add_row({1.0, 0.0, 0.0, 0.0, 0.0}, 'L', 10.0);
+  set_q({0}, {0}, {2.0 * sense});
+  if (sense < 0) {
+    ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+  }
+  int sol = -1;
+  ASSERT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  ASSERT_EQ(sol, ZRVS_SOLSTATUS_OPTIMAL);
+  const std::vector<double> x = lp_x();
+  EXPECT_NEAR(x[0], 1.0, 1e-6);
+  EXPECT_NEAR(x[1], -4.0, 1e-9);
+  EXPECT_NEAR(x[2], 7.0, 1e-9);
+  EXPECT_NEAR(x[3], 2.0, 1e-9);
+  EXPECT_NEAR(x[4], 0.0, 1e-9);
+  // 1 - 2 - 12 - 7
+  EXPECT_NEAR(dbl_attrib(ZRVS_LPOBJVAL), sense * -20.0, 1e-6);
+  // The reduced costs of the fixed columns are their costs (within the
+  // solver's regularisation): the optimum's conditions hold for the bounds the user gave.
+  std::vector<double> dj(5);
+  ASSERT_EQ(ZRVSgetlpsol(prob, nullptr, nullptr, nullptr, dj.data()), 0) << last_error();
+  EXPECT_NEAR(dj[1], 3.0 * sense, 1e-6);
+  EXPECT_NEAR(dj[2], -1.0 * sense, 1e-6);
+  EXPECT_NEAR(dj[4], 0.0, 1e-6);
+}
+
+INSTANTIATE_TEST_SUITE_P(BothSenses, LooseColumns, ::testing::Values(1.0, -1.0));
+
+// A column outside everything whose cost points to an infinite bound makes
+// the QP unbounded.
+TEST_F(QpClaims, LooseColumnTowardsAnInfiniteBoundIsUnbounded) {
+  add_cols({-2.0, -1.0}, {-1e20, 0.0}, {1e20, 1e20});
+  add_row({1.0, 0.0}, 'L', 10.0);
+  set_q({0}, {0}, {2.0});
+  int sol = -1;
+  ASSERT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_UNBOUNDED);
+}
+
+}  // namespace
