@@ -37,6 +37,22 @@ TEST_F(QpClaims, ColumnOutsideTheHessianInARowEndsOptimal) {
   }
 }
 
+// The user's iteration limit still stops the QP solver as a stop, not as a
+// failure handed to another path.
+TEST_F(QpClaims, UsersIterationLimitStops) {
+  add_cols({1.0, 1.0, 0.0}, {-1e20, -1e20, -1e20}, {1e20, 1e20, 1e20});
+  add_row({1.0, 1.0, 1.0}, 'G', 3.0);
+  add_row({1.0, -1.0, 0.0}, 'L', -1.0);
+  set_q({0, 1, 2}, {0, 1, 2}, {2.0, 2.0, 2.0});
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_LPITERLIMIT, 1), 0);
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_ITERLIMIT);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_LPITERLIMIT, 1000000), 0);
+  int sol = -1;
+  ASSERT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_OPTIMAL);
+}
+
 // min 4.5 x^2 - 3x, x <= 4, y <= 4 free below and nowhere else, w in
 // [-5, 6] with w <= -1: x = 1/3, objective -1/2.
 TEST_F(QpClaims, BoundedQpIsNotReportedUnbounded) {
