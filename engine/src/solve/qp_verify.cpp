@@ -83,7 +83,9 @@ bool settle_by_recession(zrvs_problem &p, const QpModel &qp, double primal_tol,
     case QpRecession::infeasible:
       mark_proven(res, ZRVS_LP_INFEAS, ZRVS_SOLSTATUS_INFEASIBLE);
       return true;
-    case QpRecession::bounded: why = "the objective is bounded below"; return false;
+    case QpRecession::bounded:
+      why = "no direction improves the objective without limit";
+      return false;
     case QpRecession::undecided: why = undecided; return false;
   }
   return false;
