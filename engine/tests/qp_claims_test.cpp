@@ -91,6 +91,18 @@ TEST_F(QpClaims, UnboundedQpIsNotReportedOptimal) {
   EXPECT_EQ(sol, ZRVS_SOLSTATUS_UNBOUNDED);
 }
 
+// A semidefinite QP over a box open on three sides that HiGHS called
+// unbounded (at x = 0): no direction improves it without limit, so it is
+// solved again; scipy's SLSQP: -10.504023780 (x'Qx/2 + c'x).
+TEST_F(QpClaims, RefutedUnboundedClaimIsSolvedAgain) {
+  add_cols({-0.8, 2.0, -2.0}, {-1e20, -1e20, -2.6}, {2.5, 0.3, 1e20});
+  set_q({0, 1, 2, 1, 2, 2}, {0, 1, 2, 0, 0, 1}, {2.69, 3.14, 0.82, -1.05, -1.27, -0.28});
+  int sol = -1;
+  ASSERT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
+  EXPECT_EQ(sol, ZRVS_SOLSTATUS_OPTIMAL);
+  EXPECT_NEAR(dbl_attrib(ZRVS_LPOBJVAL), -10.504023780, 1e-6);
+}
+
 // A QP with a descent direction along a free column but no feasible point:
 // infeasible, never unbounded.
 TEST_F(QpClaims, InfeasibleQpWithDescentDirectionIsInfeasible) {
