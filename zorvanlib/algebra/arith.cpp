@@ -16,6 +16,7 @@
 #include "model/quadterm.h"
 #include "model/var.h"
 #include "base/globals.h"
+#include "base/arrays.h"
 #include "nonlinear/nonlinear.h"
 
 namespace zrv {
@@ -416,8 +417,25 @@ PyObject *SwapVector(Op op, PyObject *self, PyObject *vec) {
   return nullptr;
 }
 
+// A NumPy scalar left of a modelling type hands the operation over to it
+// (see DeferNumpyScalars); the scalar then counts as the Python number it
+// holds, as in NumPy's object loops, which used to do this work.
+inline bool NumpyScalarOnLeft(PyObject *a, OperandKind ka) {
+  return (ka == KindNumber || ka == KindInvalid) && !PyFloat_CheckExact(a) &&
+         !PyLong_CheckExact(a) && IsNumpyScalar(a);
+}
+
 PyObject *Binary(Op op, PyObject *a, PyObject *b) {
   OperandKind ka = KindOf(a), kb = KindOf(b);
+  if (NumpyScalarOnLeft(a, ka)) {
+    PyObject *item = NumpyScalarItem(a);
+    if (item) {
+      PyObject *r = Binary(op, item, b);
+      Py_DECREF(item);
+      return r;
+    }
+    if (PyErr_Occurred()) return nullptr;
+  }
   if (ka == KindVector) Py_RETURN_NOTIMPLEMENTED;
   if (kb == KindVector) return SwapVector(op, a, b);
   if (ka == KindInvalid || kb == KindInvalid) return BadOperands(op, a, ka, b, kb);
@@ -517,6 +535,23 @@ PyObject *ModelNegative(PyObject *a) {
 
 namespace {
 
+// Operators the modelling types do not have: a NumPy scalar on the left
+// tries them again as its Python number, so that the interpreter reports
+// the same unsupported operands as before the scalar handed them over
+// (NumPy has no floor division of complex numbers and names its own type).
+template <binaryfunc Fn, bool ComplexToo = true>
+PyObject *WithoutOperator(PyObject *a, PyObject *b) {
+  if (!IsNumpyScalar(a) || (!ComplexToo && IsNumpyComplex(a))) Py_RETURN_NOTIMPLEMENTED;
+  PyObject *item = NumpyScalarItem(a);
+  if (!item) {
+    if (PyErr_Occurred()) return nullptr;
+    Py_RETURN_NOTIMPLEMENTED;
+  }
+  PyObject *r = Fn(item, b);
+  Py_DECREF(item);
+  return r;
+}
+
 void FillNumberMethods(PyNumberMethods &m, bool expression) {
   m = PyNumberMethods{};
   m.nb_add = ModelAdd;
@@ -532,6 +567,12 @@ void FillNumberMethods(PyNumberMethods &m, bool expression) {
   m.nb_inplace_and = ModelAnd;
   m.nb_inplace_or = ModelOr;
   m.nb_inplace_power = TermIPow;
+  m.nb_floor_divide = WithoutOperator<PyNumber_FloorDivide, false>;
+  m.nb_remainder = WithoutOperator<PyNumber_Remainder, false>;
+  m.nb_divmod = WithoutOperator<PyNumber_Divmod, false>;
+  m.nb_lshift = WithoutOperator<PyNumber_Lshift>;
+  m.nb_rshift = WithoutOperator<PyNumber_Rshift>;
+  m.nb_xor = WithoutOperator<PyNumber_Xor>;
   if (expression) {
     m.nb_inplace_add = ExprIAdd;
     m.nb_inplace_subtract = ExprISub;
@@ -559,6 +600,21 @@ void InstallOperators() {
   // Nonlinear nodes keep their own number slots; comparisons build
   // constraints as for every modelling type.
   NonlinearType.tp_richcompare = ModelRichCompare;
+}
+
+int DeferNumpyScalars() {
+  // NumPy's scalars defer to an operand whose __array_priority__ is above
+  // theirs (-1e6), its arrays only to one above theirs (0): between the two,
+  // np.float64(2) * x comes straight here while arrays keep their loops.
+  PyObject *priority = PyFloat_FromDouble(-1.0);
+  if (!priority) return -1;
+  int rc = 0;
+  for (PyTypeObject *t : {&VarType, &LinTermType, &QuadTermType, &ExpressionType}) {
+    if (rc == 0) rc = PyDict_SetItemString(t->tp_dict, "__array_priority__", priority);
+    PyType_Modified(t);
+  }
+  Py_DECREF(priority);
+  return rc;
 }
 
 }  // namespace zrv

@@ -19,5 +19,9 @@ PyObject *ModelNegative(PyObject *a);
 // nonlinear. Called at start-up after the types are set up and before they
 // are made ready.
 void InstallOperators();
+// Lets NumPy scalars on the left of var, linterm, quadterm and expression
+// hand their operators over to these types (arrays keep theirs). After the
+// types are ready. 0 or -1.
+int DeferNumpyScalars();
 
 }  // namespace zrv

@@ -33,6 +33,18 @@ PyObject *Difference(PyObject *a, PyObject *b) {
 }  // namespace
 
 PyObject *ModelRichCompare(PyObject *a, PyObject *b, int op) {
+  if (KindOf(b) == KindInvalid && IsNumpyScalar(b)) {
+    // A NumPy scalar that is no number here (unsigned, bool) handed the
+    // comparison over: it counts as the Python number it holds, as in
+    // NumPy's object loops, which used to do this work.
+    PyObject *item = NumpyScalarItem(b);
+    if (item) {
+      PyObject *r = ModelRichCompare(a, item, op);
+      Py_DECREF(item);
+      return r;
+    }
+    if (PyErr_Occurred()) return nullptr;
+  }
   if ((op == Py_LE || op == Py_EQ || op == Py_GE) && KindOf(a) == KindExpression &&
       KindOf(b) == KindNumber) {
     double v = NumberValue(b);

@@ -1,6 +1,8 @@
 // Binary operations of modelling objects whose result is a nonlinear node.
 #include "algebra/nonlinear_operands.h"
 
+#include "base/arrays.h"
+
 #include "base/types.h"
 #include "model/operand.h"
 #include "nonlinear/nonlinear.h"
@@ -81,6 +83,17 @@ namespace {
 
 PyObject *Logical(int op, PyObject *a, PyObject *b) {
   OperandKind ka = KindOf(a), kb = KindOf(b);
+  if ((ka == KindNumber || ka == KindInvalid) && !PyFloat_CheckExact(a) &&
+      !PyLong_CheckExact(a) && IsNumpyScalar(a)) {
+    // A NumPy scalar handed the operator over: it counts as its number.
+    PyObject *item = NumpyScalarItem(a);
+    if (item) {
+      PyObject *r = Logical(op, item, b);
+      Py_DECREF(item);
+      return r;
+    }
+    if (PyErr_Occurred()) return nullptr;
+  }
   if (kb == KindVector && ka != KindVector)
     return op == OpAnd ? PyNumber_And(b, a) : PyNumber_Or(b, a);
   if (ka == KindVector) Py_RETURN_NOTIMPLEMENTED;

@@ -21,6 +21,22 @@ bool IsNumpyNumber(PyObject *o) {
   return PyArray_API && (PyArray_IsScalar(o, SignedInteger) || PyArray_IsScalar(o, Floating));
 }
 
+bool IsNumpyScalar(PyObject *o) { return PyArray_API && PyArray_IsScalar(o, Generic); }
+bool IsNumpyComplex(PyObject *o) {
+  return PyArray_API && PyArray_IsScalar(o, ComplexFloating);
+}
+
+PyObject *NumpyScalarItem(PyObject *o) {
+  if (PyFloat_Check(o)) return PyFloat_FromDouble(PyFloat_AS_DOUBLE(o));
+  // The numbers of the module's rule convert without a method call: a
+  // signed integer to its int, a float of at most double width to its value.
+  if (PyArray_IsScalar(o, SignedInteger)) return PyNumber_Index(o);
+  if (PyArray_IsScalar(o, Floating) && !PyArray_IsScalar(o, LongDouble)) return PyNumber_Float(o);
+  PyObject *item = PyObject_CallMethod(o, "item", nullptr);
+  if (item && IsNumpyScalar(item)) Py_CLEAR(item);
+  return item;
+}
+
 bool IsVectorOperand(PyObject *o) {
   if (PyUnicode_Check(o) || PyBytes_Check(o) || PyByteArray_Check(o)) return false;
   return PySequence_Check(o) || IsNumpyArray(o);

@@ -29,6 +29,14 @@ bool IsNumpyArray(PyObject *o);
 // scalars are neither.
 bool IsNumpySignedInteger(PyObject *o);
 bool IsNumpyNumber(PyObject *o);
+// Any NumPy scalar (numbers, booleans, complex, dates, strings ...).
+bool IsNumpyScalar(PyObject *o);
+bool IsNumpyComplex(PyObject *o);
+// The Python object a NumPy scalar holds (its item(): a float, int, bool,
+// complex ...), as NumPy's object loops see it. New reference, NULL with an
+// error, or NULL without one when the item is the scalar's own type again
+// (a long double): then the scalar itself is the operand.
+PyObject *NumpyScalarItem(PyObject *o);
 // An operand that NumPy or the interpreter must handle element by element:
 // an array or any other sequence (strings excepted).
 bool IsVectorOperand(PyObject *o);

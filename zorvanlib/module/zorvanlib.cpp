@@ -95,6 +95,7 @@ PyObject *Initialise() {
   if (BuildProblemMethods() < 0) return nullptr;
   for (PyTypeObject *t : AllTypes)
     if (PyType_Ready(t) < 0) return nullptr;
+  if (DeferNumpyScalars() < 0) return nullptr;
   PyObject *module = PyModule_Create2(&ModuleDef, 1013);
   if (!module) return nullptr;
   // The tables of controls, user defaults and message handlers, and a

@@ -8,6 +8,7 @@
 #include "base/arrays.h"
 #include "base/types.h"
 #include "numpy/bridge.h"
+#include "numpy/reductions.h"
 
 namespace zrv {
 
@@ -53,6 +54,8 @@ int RegisterType(int i, PyArray_Descr *objectDescr) {
   f.cancastscalarkindto = nullptr;
   f.cancastto = nullptr;
   f.scalarkind = nullptr;
+  // numpy.dot sums the element products with the running sum grown in place.
+  if (spec.kind != 'c') f.dotfunc = ModelDot;
 
   PyObject *fields = PyDict_New();
   PyObject *pair = Py_BuildValue("(Oi)", objectDescr, 0);

@@ -9,10 +9,12 @@
 
 #include "model/constraint.h"
 #include "model/expression.h"
+#include "model/linterm.h"
 #include "model/operand.h"
 #include "base/arrays.h"
 #include "numpy/bridge.h"
 #include "numpy/product.h"
+#include "numpy/reductions.h"
 #include "numpy/strided.h"
 #include "base/types.h"
 
@@ -155,6 +157,51 @@ void BinaryLoop(char **args, npy_intp const *dims, npy_intp const *steps, void *
         for (npy_intp j = 0; j < k; ++j)
           if (made[j]) BoundComparison(made[j], rhs[j], cmp);
         if (failed) return;  // NumPy reports the pending error
+      }
+      return;
+    }
+  }
+  if constexpr (!LeftDouble && !RightDouble) {
+    // out[i] = out[i] +/- b[i]: a reduction (NumPy passes the running value
+    // as the first operand and as the output) or an in-place add. The
+    // running expression grows in place while only its slot holds it.
+    if ((op == OpAdd || op == OpSubtract) && a == out && steps[0] == steps[2]) {
+      const double factor = op == OpAdd ? 1.0 : -1.0;
+      for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
+        int done = AccumulateInPlace(ObjectAt(a), ObjectAt(b), factor);
+        if (done < 0) return;
+        if (done > 0) continue;
+        PyObject *x = Element<false>(a);
+        PyObject *y = Element<false>(b);
+        PyObject *r = Apply(op, x, y);
+        Py_DECREF(x);
+        Py_DECREF(y);
+        Store(out, r);
+        if (!r) return;
+      }
+      return;
+    }
+  }
+  if constexpr (LeftDouble != RightDouble) {
+    // A variable times a number, the element of every weighted sum: the
+    // term straight from the double, with the rules of the product (0 gives
+    // 0.0, 1 the variable itself), no float object in between.
+    if (op == OpMultiply) {
+      for (npy_intp i = 0; i < n; ++i, a += steps[0], b += steps[1], out += steps[2]) {
+        PyObject *e = ObjectAt(LeftDouble ? b : a);
+        PyObject *r;
+        if (e && Py_TYPE(e) == &VarType) {
+          const double c = DoubleAt(LeftDouble ? a : b);
+          r = c == 0.0 ? PyFloat_FromDouble(0.0) : c == 1.0 ? Py_NewRef(e) : MakeLinTerm(c, e);
+        } else {
+          PyObject *x = Element<LeftDouble>(a);
+          PyObject *y = x ? Element<RightDouble>(b) : nullptr;
+          r = y ? Apply(op, x, y) : nullptr;
+          Py_XDECREF(x);
+          Py_XDECREF(y);
+        }
+        Store(out, r);
+        if (!r) return;
       }
       return;
     }

@@ -111,7 +111,9 @@ int ApplyUserDefaults(ProblemObject *p) {
 
 void ProblemMessage(ZRVSprob, void *data, const char *msg, int, int msgtype) {
   auto *p = static_cast<ProblemObject *>(data);
-  if (!p || !p->output_enabled) return;
+  // Engine threads call this without the interpreter lock, while a Python
+  // thread may switch the output: the flag is read atomically.
+  if (!p || !__atomic_load_n(&p->output_enabled, __ATOMIC_RELAXED)) return;
   if (msgtype < 1)
     FlushOutput();
   else

@@ -138,7 +138,7 @@ PyObject *ProblemSetOutputEnabled(PyObject *self, PyObject *arg) {
   }
   int truth = PyObject_IsTrue(arg);
   if (truth < 0) return nullptr;
-  p->output_enabled = truth;
+  __atomic_store_n(&p->output_enabled, truth, __ATOMIC_RELAXED);  // read by engine threads
   Py_RETURN_NONE;
 }
 

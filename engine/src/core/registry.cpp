@@ -2,6 +2,7 @@
 #include "core/registry.h"
 
 #include <mutex>
+#include <shared_mutex>
 #include <unordered_map>
 
 #include "core/environment.h"
@@ -11,7 +12,9 @@
 namespace zorvan {
 
 namespace {
-std::mutex g_mutex;
+// Readers (the handle check of every entry point, from any thread) share
+// the lock; only creating and destroying objects takes it alone.
+std::shared_mutex g_mutex;
 std::unordered_map<const void *, ObjectKind> &objects() {
   static auto *map = new std::unordered_map<const void *, ObjectKind>();
   return *map;
@@ -19,23 +22,23 @@ std::unordered_map<const void *, ObjectKind> &objects() {
 }  // namespace
 
 void register_object(const void *object, ObjectKind kind) {
-  std::lock_guard<std::mutex> lock(g_mutex);
+  std::unique_lock<std::shared_mutex> lock(g_mutex);
   objects()[object] = kind;
 }
 
 void unregister_object(const void *object) {
-  std::lock_guard<std::mutex> lock(g_mutex);
+  std::unique_lock<std::shared_mutex> lock(g_mutex);
   objects().erase(object);
 }
 
 bool is_live(const void *object, ObjectKind kind) {
-  std::lock_guard<std::mutex> lock(g_mutex);
+  std::shared_lock<std::shared_mutex> lock(g_mutex);
   auto it = objects().find(object);
   return it != objects().end() && it->second == kind;
 }
 
 const char *object_type_name(const void *object) {
-  std::lock_guard<std::mutex> lock(g_mutex);
+  std::shared_lock<std::shared_mutex> lock(g_mutex);
   auto it = objects().find(object);
   if (it == objects().end()) return nullptr;
   return it->second == ObjectKind::problem ? "ZRVSprob" : "ZSLPprob";
