@@ -21,8 +21,8 @@ fi
 python=${PYTHON:-python3}
 [ -x .venv/bin/python ] || "$python" -m venv .venv
 .venv/bin/python -m pip install -q --upgrade pip
-# Build and test requirements go into the venv so the package builds without isolation
+# Build requirements go into the venv so the package builds without isolation
 # (faster, and the same HiGHS at build and run time).
 .venv/bin/python -m pip install -q "scikit-build-core>=0.10" cmake ninja "numpy>=2.0" \
-  "highsbox==1.15.1" "pytest>=7" scipy
+  "highsbox==1.15.1" "pytest>=7"
 .venv/bin/python -m pip install -q --no-build-isolation .

@@ -92,6 +92,22 @@ def test_rows_left_without_columns_keep_their_verdict():
     assert q.optimize()[1] == z.SolStatus.OPTIMAL
 
 
+def test_a_problem_without_columns_keeps_its_objective_constant_and_slacks():
+    x, y = z.var(vartype=z.binary), z.var(ub=2)
+    p = quiet()
+    p.addVariable(x, y)
+    p.addConstraint(x + y <= 11)
+    p.setObjective(4 * x + y - 2.5)
+    p.delVariable(x)
+    p.delVariable(y)
+    assert p.optimize()[1] == z.SolStatus.OPTIMAL
+    assert p.getObjVal() == -2.5
+    assert p.getSolution() == []
+    assert p.getSlack() == [11.0]
+    assert p.getDual() == [0.0]
+    assert p.getRCost() == []
+
+
 def test_mip_solve_and_its_relaxation():
     p, (a, b, c) = knapsack()
     assert p.getProbStatusString() == "mip_not_loaded"

@@ -137,6 +137,12 @@ TEST_F(ModelTest, RowsWithoutColumns) {
   int sol = -1;
   EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
   EXPECT_EQ(sol, ZRVS_SOLSTATUS_OPTIMAL);
+  // The one point there is: slacks are the right-hand sides, prices 0.
+  double slack[2] = {-1, -1}, duals[2] = {-1, -1};
+  ASSERT_EQ(ZRVSgetlpsol(prob, nullptr, slack, duals, nullptr), 0) << last_error();
+  EXPECT_EQ(slack[0], 5.0);
+  EXPECT_EQ(slack[1], 1.0);
+  EXPECT_EQ(duals[0], 0.0);
   add_row({}, 'G', 5);
   EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_COMPLETED);
   EXPECT_EQ(sol, ZRVS_SOLSTATUS_INFEASIBLE);

@@ -483,3 +483,46 @@ TEST_F(ModelTest, EveryWayOfAddingEntriesStoresTheSameMatrix) {
   EXPECT_EQ(ZRVSdestroyprob(by_cols), 0);
   EXPECT_EQ(ZRVSdestroyprob(by_rows), 0);
 }
+
+TEST_F(SmallModel, RowChangesAreCheckedWholeThenApplied) {
+  build();  // rows cap: L 4, need: G 1
+  auto read = [&](char *types, double *rhs, double *range) {
+    ASSERT_EQ(ZRVSgetrowtype(prob, types, 0, 1), 0);
+    ASSERT_EQ(ZRVSgetrhs(prob, rhs, 0, 1), 0);
+    ASSERT_EQ(ZRVSgetrhsrange(prob, range, 0, 1), 0);
+  };
+  int rows[2] = {0, 1};
+  double nan_rhs[2] = {5, std::nan("")};
+  expect_failure(ZRVSchgrhs(prob, 2, rows, nan_rhs), "rhs[1] is NaN");
+  int bad[2] = {0, 2};
+  double rhs2[2] = {5, 6};
+  expect_failure(ZRVSchgrhs(prob, 2, bad, rhs2), "rowind[1] = 2 is not a row index");
+  char types[2];
+  double rhs[2], range[2];
+  read(types, rhs, range);
+  EXPECT_EQ(rhs[0], 4.0);  // nothing of a refused batch is applied
+  ASSERT_EQ(ZRVSchgrhs(prob, 2, rows, rhs2), 0) << last_error();
+  read(types, rhs, range);
+  EXPECT_EQ(rhs[0], 5.0);
+  EXPECT_EQ(rhs[1], 6.0);
+
+  double rng[2] = {2, 3};
+  double negative[2] = {2, -1};
+  expect_failure(ZRVSchgrhsrange(prob, 2, rows, negative), "rng[1] must be a non-negative");
+  ASSERT_EQ(ZRVSchgrhsrange(prob, 2, rows, rng), 0) << last_error();
+  read(types, rhs, range);
+  EXPECT_EQ(std::string(types, 2), "RR");
+  EXPECT_EQ(rhs[0], 5.0);  // L: 3 <= a <= 5
+  EXPECT_EQ(range[0], 2.0);
+  EXPECT_EQ(rhs[1], 9.0);  // G: 6 <= a <= 9
+  EXPECT_EQ(range[1], 3.0);
+
+  char newtypes[2] = {'E', 'X'};
+  expect_failure(ZRVSchgrowtype(prob, 2, rows, newtypes), "rowtype[1] is 'X'");
+  newtypes[1] = 'N';
+  ASSERT_EQ(ZRVSchgrowtype(prob, 2, rows, newtypes), 0) << last_error();
+  read(types, rhs, range);
+  EXPECT_EQ(std::string(types, 2), "EN");
+  EXPECT_GE(range[0], ZRVS_PLUSINFINITY);  // no longer a range row
+  expect_failure(ZRVSchgrhsrange(prob, 1, &rows[1], rng), "free ('N')");
+}

@@ -13,6 +13,22 @@ int NpConstraintTypeNum = -1;
 
 bool IsNumpyArray(PyObject *o) { return PyArray_API && PyArray_Check(o); }
 
+bool PlainNumpyVector(PyObject *o, char *kind, const void **data, Py_ssize_t *n) {
+  if (!IsNumpyArray(o)) return false;
+  auto *a = reinterpret_cast<PyArrayObject *>(o);
+  if (PyArray_NDIM(a) != 1 || !PyArray_ISCARRAY_RO(a) || !PyArray_ISNOTSWAPPED(a))
+    return false;
+  switch (PyArray_TYPE(a)) {
+    case NPY_DOUBLE: *kind = 'd'; break;
+    case NPY_INT32: *kind = 'i'; break;
+    case NPY_INT64: *kind = 'l'; break;
+    default: return false;
+  }
+  *data = PyArray_DATA(a);
+  *n = PyArray_DIM(a, 0);
+  return true;
+}
+
 bool IsNumpySignedInteger(PyObject *o) {
   return PyArray_API && PyArray_IsScalar(o, SignedInteger);
 }

@@ -40,6 +40,11 @@ PyObject *NumpyScalarItem(PyObject *o);
 // An operand that NumPy or the interpreter must handle element by element:
 // an array or any other sequence (strings excepted).
 bool IsVectorOperand(PyObject *o);
+// The elements of a one-dimensional, aligned, C-contiguous NumPy array of
+// native byte order whose type is double ('d'), int32 ('i') or int64 ('l'):
+// *kind receives that letter, *data the element pointer and *n the count.
+// False (and nothing set) for anything else.
+bool PlainNumpyVector(PyObject *o, char *kind, const void **data, Py_ssize_t *n);
 // A sparse matrix or array of scipy.sparse (only when scipy is loaded).
 bool IsSparseMatrix(PyObject *o);
 

@@ -1,7 +1,9 @@
 // Conversion between Python arguments and the engine's native arrays, in
 // both directions, driven by element codes; keyword parsing with legacy
 // names; the "Must provide argument" messages; engine calls without the
-// interpreter lock.
+// interpreter lock. Defined by job in native_allocator.cpp,
+// argument_keywords.cpp, element_codes.cpp, argument_sequences.cpp and
+// argument_strings.cpp.
 #pragma once
 
 #define PY_SSIZE_T_CLEAN

@@ -270,6 +270,22 @@ bool HasNonlinearParts(ProblemObject *p) { return p->nl_constraints > 0 || p->nl
 
 }  // namespace
 
+int AdoptEngineModel(ProblemObject *p) {
+  Rebuilt rebuilt;
+  if (Rebuild(p, rebuilt) < 0) {
+    // The engine holds the new model already: the old objects no longer
+    // describe it, so the problem is left with none rather than wrong ones.
+    Rebuilt empty;
+    empty.vars.o = PyList_New(0);
+    empty.cons.o = PyList_New(0);
+    empty.sets.o = PyList_New(0);
+    if (empty.vars.o && empty.cons.o && empty.sets.o) Install(p, empty);
+    return -1;
+  }
+  Install(p, rebuilt);
+  return 0;
+}
+
 PyObject *ProblemRead(PyObject *self, PyObject *args, PyObject *kwds) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (CannotChange(p, "read")) return nullptr;
@@ -283,21 +299,10 @@ PyObject *ProblemRead(PyObject *self, PyObject *args, PyObject *kwds) {
   // no files, so a failed linear read is the answer.
   if (CallUnlocked(ZRVSreadprob, p->prob, filename, options) != 0)
     return ReportError(self, nullptr);
-  Rebuilt rebuilt;
-  if (Rebuild(p, rebuilt) < 0) {
-    // The engine holds the new model already: the old objects no longer
-    // describe it, so the problem is left with none rather than wrong ones.
-    Rebuilt empty;
-    empty.vars.o = PyList_New(0);
-    empty.cons.o = PyList_New(0);
-    empty.sets.o = PyList_New(0);
-    if (empty.vars.o && empty.cons.o && empty.sets.o) {
-      Install(p, empty);
-    }
+  if (AdoptEngineModel(p) < 0) {
     if (!PyErr_Occurred()) PyErr_SetString(ModelError, "Could not read problem");
     return nullptr;
   }
-  Install(p, rebuilt);
   Py_RETURN_NONE;
 }
 

@@ -10,7 +10,6 @@
 #include "problem/files.h"
 #include "problem/method_table.h"
 #include "problem/problem.h"
-#include "problem/readback.h"
 #include "problem/add_objects.h"
 #include "problem/problem_copy.h"
 #include "problem/problem_init.h"
@@ -298,7 +297,6 @@ void SetupProblemType() {
   t.tp_clear = ProblemClear;
   t.tp_str = ProblemStr;
   AddProblemMethods(ProblemMethods);
-  AddProblemMethods(ReadBackMethods);
   RegisterErrorSource(&t, RaiseProblemError);
   t.tp_getset = ProblemGetSet;
   t.tp_doc = ZRV_HELP(

@@ -395,6 +395,17 @@ ZRVS_API int ZRVSdelcols(ZRVSprob prob, int ncols, const int colind[]);
 /* Bound changes: bndtype 'L' lower, 'U' upper, 'B' both. NaN is refused. */
 ZRVS_API int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[],
                            const char bndtype[], const double bndval[]);
+/* Right-hand sides of rows. For 'R' rows the range is kept, so both sides
+ * move. NaN is refused. */
+ZRVS_API int ZRVSchgrhs(ZRVSprob prob, int nrows, const int rowind[], const double rhs[]);
+/* Ranges of rows (>= 0), which become 'R' rows: an 'L', 'E' or 'R' row
+ * keeps rhs as its upper side (rhs - rng <= activity <= rhs); a 'G' row
+ * keeps rhs as its lower side (rhs <= activity <= rhs + rng, so its rhs
+ * becomes rhs + rng). 'N' rows are refused. */
+ZRVS_API int ZRVSchgrhsrange(ZRVSprob prob, int nrows, const int rowind[], const double rng[]);
+/* Row types 'L', 'G', 'E', 'R', 'N'; a row made 'R' starts with range 0
+ * and a row no longer 'R' loses its range. */
+ZRVS_API int ZRVSchgrowtype(ZRVSprob prob, int nrows, const int rowind[], const char rowtype[]);
 /* Column types; making a column 'B' sets its bounds to [0, 1]. */
 ZRVS_API int ZRVSchgcoltype(ZRVSprob prob, int ncols, const int colind[],
                             const char coltype[]);

@@ -61,6 +61,27 @@ int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[], const char bnd
   });
 }
 
+int ZRVSchgrhs(ZRVSprob prob, int nrows, const int rowind[], const double rhs[]) {
+  return problem_call(prob, "ZRVSchgrhs", [&](zrvs_problem &p) {
+    p.model.change_rhs(nrows, rowind, rhs, "ZRVSchgrhs");
+    if (nrows > 0) p.model_changed(Change::values);
+  });
+}
+
+int ZRVSchgrhsrange(ZRVSprob prob, int nrows, const int rowind[], const double rng[]) {
+  return problem_call(prob, "ZRVSchgrhsrange", [&](zrvs_problem &p) {
+    p.model.change_ranges(nrows, rowind, rng, "ZRVSchgrhsrange");
+    if (nrows > 0) p.model_changed(Change::values);
+  });
+}
+
+int ZRVSchgrowtype(ZRVSprob prob, int nrows, const int rowind[], const char rowtype[]) {
+  return problem_call(prob, "ZRVSchgrowtype", [&](zrvs_problem &p) {
+    p.model.change_row_types(nrows, rowind, rowtype, "ZRVSchgrowtype");
+    if (nrows > 0) p.model_changed(Change::values);
+  });
+}
+
 int ZRVSchgcoltype(ZRVSprob prob, int ncols, const int colind[], const char coltype[]) {
   return problem_call(prob, "ZRVSchgcoltype", [&](zrvs_problem &p) {
     p.model.change_column_types(ncols, colind, coltype, "ZRVSchgcoltype");

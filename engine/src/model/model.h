@@ -182,6 +182,9 @@ struct Model {
   void change_bounds(int n, const int *colind, const char *bndtype, const double *bndval,
                      const char *who);
   void change_column_types(int n, const int *colind, const char *type, const char *who);
+  void change_rhs(int n, const int *rowind, const double *value, const char *who);
+  void change_ranges(int n, const int *rowind, const double *value, const char *who);
+  void change_row_types(int n, const int *rowind, const char *type, const char *who);
   void change_limits(int n, const int *colind, const double *value, const char *who);
   void add_row_quadratic(int row, int64_t n, const int *col1, const int *col2,
                          const double *coef, const char *who);

@@ -60,4 +60,53 @@ void Model::add_row_quadratic(int row, int64_t n, const int *col1, const int *co
     qrows[row] = std::move(form);
 }
 
+// Each batch is checked whole before any row changes.
+void Model::change_rhs(int n, const int *rowind, const double *value, const char *who) {
+  check_count(n, "nrows", who);
+  if (n == 0) return;
+  require(rowind, "rowind", who);
+  require(value, "rhs", who);
+  for (int k = 0; k < n; ++k) {
+    check_index(rowind[k], rows(), "rowind", k, "row", who);
+    check_not_nan(value[k], "rhs", k, who);
+  }
+  for (int k = 0; k < n; ++k) rhs[rowind[k]] = value[k];
+}
+
+void Model::change_ranges(int n, const int *rowind, const double *value, const char *who) {
+  check_count(n, "nrows", who);
+  if (n == 0) return;
+  require(rowind, "rowind", who);
+  require(value, "rng", who);
+  for (int k = 0; k < n; ++k) {
+    check_index(rowind[k], rows(), "rowind", k, "row", who);
+    check_range_value(value[k], k, who);
+    if (rowtype[rowind[k]] == 'N')
+      fail(ZRVS_ERR_ARGUMENT, "%s: row %d is free ('N') and cannot take a range", who,
+           rowind[k]);
+  }
+  for (int k = 0; k < n; ++k) {
+    const int r = rowind[k];
+    if (rowtype[r] == 'G') rhs[r] += value[k];
+    rowtype[r] = 'R';
+    range[r] = value[k];
+  }
+}
+
+void Model::change_row_types(int n, const int *rowind, const char *type, const char *who) {
+  check_count(n, "nrows", who);
+  if (n == 0) return;
+  require(rowind, "rowind", who);
+  require(type, "rowtype", who);
+  for (int k = 0; k < n; ++k) {
+    check_index(rowind[k], rows(), "rowind", k, "row", who);
+    check_row_type(type[k], k, who);
+  }
+  for (int k = 0; k < n; ++k) {
+    const int r = rowind[k];
+    if (rowtype[r] != type[k]) range[r] = 0.0;
+    rowtype[r] = type[k];
+  }
+}
+
 }  // namespace zorvan

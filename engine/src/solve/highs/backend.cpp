@@ -120,6 +120,14 @@ void HighsBackend::hold_level(const Stage &stage, double lower, double upper) {
 
 bool HighsBackend::solution(std::vector<double> &x, std::vector<double> &duals,
                             std::vector<double> &djs) {
+  const Model &m = p_.model;
+  if (Highs_getModelStatus(h_) == kHighsModelStatusModelEmpty && Highs_getNumCol(h_) == 0) {
+    // Without columns HiGHS keeps no solution, but there is exactly one
+    // point: no values, every row at activity 0, no prices to pay.
+    x.clear(), djs.clear();
+    duals.assign(static_cast<size_t>(m.rows()), 0.0);
+    return true;
+  }
   HighsInt primal_status = 0, dual_status = 0;
   Highs_getIntInfoValue(h_, "primal_solution_status", &primal_status);
   Highs_getIntInfoValue(h_, "dual_solution_status", &dual_status);
@@ -128,7 +136,6 @@ bool HighsBackend::solution(std::vector<double> &x, std::vector<double> &duals,
   HighsInt ncols = Highs_getNumCol(h_), nrows = Highs_getNumRow(h_);
   std::vector<double> col_value(ncols), col_dual(ncols), row_value(nrows), row_dual(nrows);
   Highs_getSolution(h_, col_value.data(), col_dual.data(), row_value.data(), row_dual.data());
-  const Model &m = p_.model;
   x.assign(col_value.begin(), col_value.begin() + m.cols());
   duals.clear(), djs.clear();
   if (!request_.mip && dual_status != kHighsSolutionStatusNone) {

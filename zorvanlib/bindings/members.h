@@ -1,0 +1,9 @@
+// The one-to-one members of `problem`, registered by the module at start-up.
+#pragma once
+
+namespace zrv {
+
+// Adds every member to the problem method table. 0, or -1 with an error.
+int RegisterMembers();
+
+}  // namespace zrv
