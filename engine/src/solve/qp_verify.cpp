@@ -5,6 +5,8 @@
 #include "core/errors.h"
 #include "solve/qp_interior.h"
 #include "solve/qp_model.h"
+#include "solve/qp_recession.h"
+#include "solve/highs/controls.h"
 #include "solve/stages.h"
 
 namespace zorvan {
@@ -56,14 +58,57 @@ void mark_failed(SolveState &res) {
   res.x.clear(), res.slack.clear(), res.duals.clear(), res.djs.clear();
 }
 
+// A proven outcome that is not an optimum: unbounded (the point, when
+// feasible, is kept without duals) or infeasible (no point).
+void mark_proven(SolveState &res, int lpstatus, int solstatus) {
+  StageResult &last = res.stages.back();
+  last.lpstatus = res.lpstatus = lpstatus;
+  last.solvestatus = res.solvestatus = ZRVS_SOLVESTATUS_COMPLETED;
+  last.solstatus = res.solstatus = solstatus;
+  last.stopstatus = res.stopstatus = ZRVS_STOP_NONE;
+  res.duals.clear(), res.djs.clear();
+  if (solstatus == ZRVS_SOLSTATUS_INFEASIBLE) {
+    res.has_lp_solution = false;
+    res.x.clear(), res.slack.clear();
+  }
+}
+
+// Settles the outcome by the recession LP when it is proven (unbounded or
+// infeasible); true when it did. `why` says what it found otherwise.
+bool settle_by_recession(zrvs_problem &p, const QpModel &qp, double primal_tol,
+                         std::string &why) {
+  SolveState &res = p.results;
+  std::vector<double> direction;
+  std::string undecided;
+  switch (qp_recession(qp, res.x, primal_tol, direction, undecided)) {
+    case QpRecession::unbounded:
+      mark_proven(res, ZRVS_LP_UNBOUNDED, ZRVS_SOLSTATUS_UNBOUNDED);
+      return true;
+    case QpRecession::infeasible:
+      mark_proven(res, ZRVS_LP_INFEAS, ZRVS_SOLSTATUS_INFEASIBLE);
+      return true;
+    case QpRecession::bounded:
+      why = "no direction improves the objective without limit";
+      return false;
+    case QpRecession::undecided: why = undecided; return false;
+  }
+  return false;
+}
+
 }  // namespace
 
 void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const char *who) {
   SolveState &res = p.results;
   if (res.stages.empty()) return;
   const StageResult &last = res.stages.back();
-  const bool failed = last.solvestatus == ZRVS_SOLVESTATUS_FAILED;
-  if (!failed && last.solstatus != ZRVS_SOLSTATUS_OPTIMAL) return;  // infeasible, stopped, ...
+  // HiGHS's QP solver can cycle; its iterations are capped below the
+  // user's limit, and a run that reached the cap counts as failed.
+  const bool capped = last.stopstatus == ZRVS_STOP_ITERLIMIT &&
+                      last.simplexiter < p.controls.get_int(ZRVS_LPITERLIMIT, who);
+  const bool failed = last.solvestatus == ZRVS_SOLVESTATUS_FAILED || capped;
+  const bool unbounded = !failed && last.solstatus == ZRVS_SOLSTATUS_UNBOUNDED;
+  if (!failed && !unbounded && last.solstatus != ZRVS_SOLSTATUS_OPTIMAL)
+    return;  // infeasible, stopped by the user's limits, ...
   const Model &m = p.model;
   // The continuous model with the first level's costs, as the solver had it.
   HighsBuild build = build_for_highs(m, SolveMode::relaxation, who);
@@ -72,9 +117,21 @@ void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const c
   const QpModel qp(m, build);
   const double primal_tol = kToleranceFactor * p.controls.get_dbl(ZRVS_FEASTOL, who);
   const double dual_tol = kToleranceFactor * p.controls.get_dbl(ZRVS_OPTIMALITYTOL, who);
-  std::string first;
-  if (failed) {
-    first = "HiGHS failed to solve it (" + solver_status + ")";
+  std::string first, recession;
+  if (unbounded) {
+    // Only a direction of unbounded descent, found by an LP, proves it.
+    if (settle_by_recession(p, qp, primal_tol, recession) &&
+        res.solstatus == ZRVS_SOLSTATUS_UNBOUNDED)
+      return;
+    if (res.solstatus == ZRVS_SOLSTATUS_INFEASIBLE) {
+      p.message(ZRVS_MSG_WARNING, "HiGHS reported the QP unbounded; it has no feasible point");
+      return;
+    }
+    first = "HiGHS reported it unbounded, but " + recession;
+  } else if (failed) {
+    first = capped ? "HiGHS's QP solver reached its iteration cap of " +
+                         std::to_string(qp_iteration_cap(p)) + " without an optimum"
+                   : "HiGHS failed to solve it (" + solver_status + ")";
   } else {
     QpPoint highs{res.x, res.duals, res.djs};
     // Columns and rows beyond the problem's own (none for a continuous QP)
@@ -82,6 +139,14 @@ void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const c
     std::string why = kkt_failure(qp, highs, primal_tol, dual_tol);
     if (why.empty()) return;
     first = "HiGHS's optimum fails the optimality check: " + why;
+  }
+  // An optimum that fails the check, or a failed run: the QP may have no
+  // optimum at all.
+  if (!unbounded && settle_by_recession(p, qp, primal_tol, recession)) {
+    p.message(ZRVS_MSG_WARNING, first + "; the QP is " +
+                                    (res.solstatus == ZRVS_SOLSTATUS_UNBOUNDED ? "unbounded"
+                                                                               : "infeasible"));
+    return;
   }
   p.message(ZRVS_MSG_WARNING, first + "; solving the QP again by the interior point method");
   QpPoint pt;

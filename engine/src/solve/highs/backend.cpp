@@ -6,6 +6,7 @@
 
 #include "solve/highs/basis.h"
 #include "solve/highs/instance.h"
+#include "solve/highs/loose_columns.h"
 #include "solve/highs/status.h"
 
 namespace zorvan {
@@ -58,6 +59,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   callback_.reset(new SolveCallback(h_, p_));
   apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
   std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
+  if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
   const bool basis_loaded = p_.changes.basis_loaded();
   const bool repeated = !p_.changes.noted();
   const HighsInstance::Loaded loaded =

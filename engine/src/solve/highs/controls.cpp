@@ -127,11 +127,20 @@ int solve_threads(const zrvs_problem &p) {
   return arch_consistency() ? kConsistentThreads : 0;
 }
 
+int64_t qp_iteration_cap(const zrvs_problem &p) {
+  // Far beyond what the solver needs on the problems it does solve (a few
+  // iterations per column and row), and well under a second when it cycles.
+  constexpr int64_t kBase = 2000, kPerColumnOrRow = 50;
+  const int64_t cap = kBase + kPerColumnOrRow * (p.model.cols() + p.model.rows());
+  return std::min(cap, p.controls.get_int(ZRVS_LPITERLIMIT, kWho));
+}
+
 void apply_controls(void *h, const zrvs_problem &p, char algorithm, int threads) {
   // The log reaches the problem's message callbacks only, never stdout.
   set_bool(h, "log_to_console", false);
   for (const HighsControl &row : kHighsControls) row.convert(h, row.option, row.control, p.controls);
   set_int(h, "threads", threads);
+  set_int(h, "qp_iteration_limit", qp_iteration_cap(p));
   set_algorithm(h, p.controls, algorithm);
 }
 

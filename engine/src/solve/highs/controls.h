@@ -16,4 +16,9 @@ void apply_controls(void *highs, const zrvs_problem &p, char algorithm, int thre
 // under architecture consistency; 0 lets HiGHS choose.
 int solve_threads(const zrvs_problem &p);
 
+// The iterations HiGHS's active-set QP solver may take: the user's limit,
+// capped by a bound that grows with the model, as the solver can cycle
+// forever (on columns with no curvature it adds a small regularisation to).
+int64_t qp_iteration_cap(const zrvs_problem &p);
+
 }  // namespace zorvan
