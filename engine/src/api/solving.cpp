@@ -64,7 +64,8 @@ int ZRVSgetlpsol(ZRVSprob prob, double x[], double slack[], double duals[], doub
     if (!r.has_lp_solution)
       fail(ZRVS_ERR_ARGUMENT,
            "%s: no LP solution is available (not solved as an LP since the last change)", who);
-    if ((duals || djs) && r.duals.size() != static_cast<size_t>(p.model.rows()))
+    if ((duals || djs) && (r.duals.size() != static_cast<size_t>(p.model.rows()) ||
+                           r.djs.size() != static_cast<size_t>(p.model.cols())))
       fail(ZRVS_ERR_ARGUMENT, "%s: the last solve produced no dual values", who);
     copy_out(r.x, x);
     copy_out(r.slack, slack);

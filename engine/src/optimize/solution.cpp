@@ -25,7 +25,10 @@ void record_solution(Backend &backend, const Model &m, const SolveRequest &reque
   // Slacks from the problem's own rows (reformulations may change rows).
   res.slack.assign(m.rhs.begin(), m.rhs.end());
   for (size_t e = 0; e < m.mval.size(); ++e) res.slack[m.mrow[e]] -= m.mval[e] * res.x[m.mcol[e]];
-  if (!request.mip && !duals.empty()) res.duals = std::move(duals), res.djs = std::move(djs);
+  // Prices came back when either vector did: a model without rows has
+  // reduced costs but no duals.
+  if (!request.mip && (!duals.empty() || !djs.empty()))
+    res.duals = std::move(duals), res.djs = std::move(djs);
   res.objvals.resize(m.objectives.size());
   for (size_t k = 0; k < m.objectives.size(); ++k)
     res.objvals[k] = objective_value(m, static_cast<int>(k), res.x);

@@ -96,13 +96,28 @@ void HighsBackend::set_objective(const Stage &stage) {
 
 void HighsBackend::run(StageResult &out) {
   Highs_run(h_);
-  if (presolve_hid_the_answer(h_, request_.mip) &&
+  // HiGHS's presolve can call a feasible (unbounded) model infeasible, or
+  // leave the verdict open: such answers are checked by a run without it.
+  // Only these verdicts pay for the second run.
+  const bool said_infeasible = Highs_getModelStatus(h_) == kHighsModelStatusInfeasible;
+  bool disputed = false;
+  if ((said_infeasible || presolve_hid_the_answer(h_, request_.mip)) &&
       p_.controls.get_int(ZRVS_PRESOLVE, request_.who)) {
     Highs_setStringOptionValue(h_, "presolve", "off");
     Highs_run(h_);
     Highs_setStringOptionValue(h_, "presolve", "on");
+    disputed = said_infeasible && Highs_getModelStatus(h_) != kHighsModelStatusInfeasible;
   }
   record_stage(h_, request_.mip, p_.interrupt_reason.load(), out);
+  if (disputed && request_.mip && out.mipstatus == ZRVS_MIP_OPTIMAL) {
+    // The two runs disagree: the point found is feasible, but its
+    // optimality is not proven (the relaxation may be unbounded).
+    out.mipstatus = ZRVS_MIP_SOLUTION;
+    out.solstatus = ZRVS_SOLSTATUS_FEASIBLE;
+    p_.message(ZRVS_MSG_WARNING,
+               "HiGHS called the MIP infeasible with presolve and found a solution without "
+               "it; the solution is reported feasible, not optimal");
+  }
   if (Highs_getModelStatus(h_) == kHighsModelStatusModelEmpty)
     check_rows_without_columns(build_.lp.row_lower, build_.lp.row_upper,
                                p_.controls.get_dbl(ZRVS_FEASTOL, request_.who), request_.mip,
