@@ -14,11 +14,11 @@ measured by the array benchmark instead.
 Peers are optional (pip install .[bench]); missing ones are skipped.
 Run: .venv/bin/python bench/bench_algebra.py [--small]
 """
-import gc
 import sys
-import time
 
 import zorvan as z
+
+from timing import best_of, pyoptinterface_on_highs
 
 try:
     import highspy
@@ -28,32 +28,11 @@ try:
     import pulp
 except ImportError:  # pragma: no cover
     pulp = None
-try:
-    import os
-
-    import highsbox
-    import pyoptinterface as poi
-    from pyoptinterface import highs as poi_highs
-
-    if not poi_highs.load_library(os.path.join(highsbox.highs_lib_dir(), "libhighs.so")):
-        poi = None
-except ImportError:  # pragma: no cover
-    poi = None
+poi, poi_highs = pyoptinterface_on_highs()
 try:
     import pyomo.environ as pyo
 except ImportError:  # pragma: no cover
     pyo = None
-
-
-def best_of(repeats, build):
-    best = float("inf")
-    for _ in range(repeats):
-        gc.collect()
-        t = time.perf_counter()
-        result = build()
-        best = min(best, time.perf_counter() - t)
-        del result
-    return best
 
 
 class Zorvan:

@@ -9,26 +9,19 @@ c * x for NumPy scalars of several widths against a Python float.
 
 Run: .venv/bin/python bench/bench_numpy_scalars.py [n]
 """
-import gc
 import sys
-import time
 
 import numpy as np
 
 import zorvan as z
 
+import timing
+
 REPEATS = 5
 
 
 def best_of(build):
-    best = float("inf")
-    for _ in range(REPEATS):
-        gc.collect()
-        t = time.perf_counter()
-        result = build()
-        best = min(best, time.perf_counter() - t)
-        del result
-    return best
+    return timing.best_of(REPEATS, build)
 
 
 def p_median(d, n, p):

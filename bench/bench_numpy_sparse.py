@@ -14,41 +14,21 @@ ScalarAffineFunction per row from the matrix's slices and add_linear_constraint 
 Peers are optional (pip install .[bench]); missing ones are skipped.
 Run: .venv/bin/python bench/bench_numpy_sparse.py [--small]
 """
-import gc
-import os
 import sys
-import time
 
 import numpy as np
 import scipy.sparse as sp
 
 import zorvan as z
 
+from timing import best_of, pyoptinterface_on_highs
+
 try:
     import linopy
     import xarray as xr
 except ImportError:  # pragma: no cover
     linopy = None
-try:
-    import highsbox
-    import pyoptinterface as poi
-    from pyoptinterface import highs as poi_highs
-
-    if not poi_highs.load_library(os.path.join(highsbox.highs_lib_dir(), "libhighs.so")):
-        poi = None
-except ImportError:  # pragma: no cover
-    poi = None
-
-
-def best_of(repeats, build):
-    best = float("inf")
-    for _ in range(repeats):
-        gc.collect()
-        t = time.perf_counter()
-        result = build()
-        best = min(best, time.perf_counter() - t)
-        del result
-    return best
+poi, poi_highs = pyoptinterface_on_highs()
 
 
 def data(m, n, k, seed=0):

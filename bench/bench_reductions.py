@@ -10,41 +10,25 @@ quicksum over the same weighted terms of a list (a per-element loop).
 Peers are optional (pip install .[bench]); missing ones are skipped.
 Run: .venv/bin/python bench/bench_reductions.py [n]
 """
-import gc
-import os
 import sys
-import time
 
 import numpy as np
 
 import zorvan as z
 
+import timing
+
 try:
     import linopy
 except ImportError:  # pragma: no cover
     linopy = None
-try:
-    import highsbox
-    import pyoptinterface as poi
-    from pyoptinterface import highs as poi_highs
-
-    if not poi_highs.load_library(os.path.join(highsbox.highs_lib_dir(), "libhighs.so")):
-        poi = None
-except ImportError:  # pragma: no cover
-    poi = None
+poi, poi_highs = timing.pyoptinterface_on_highs()
 
 REPEATS = 5
 
 
 def best_of(build):
-    best = float("inf")
-    for _ in range(REPEATS):
-        gc.collect()
-        t = time.perf_counter()
-        result = build()
-        best = min(best, time.perf_counter() - t)
-        del result
-    return best
+    return timing.best_of(REPEATS, build)
 
 
 def main():

@@ -3,22 +3,11 @@ grows: the time per term must stay flat (linear total time).
 
 Run: .venv/bin/python bench/bench_sum.py [max_terms]
 """
-import gc
 import sys
-import time
 
 import zorvan as z
 
-
-def best_of(repeats, build):
-    best = float("inf")
-    for _ in range(repeats):
-        gc.collect()
-        t = time.perf_counter()
-        result = build()
-        best = min(best, time.perf_counter() - t)
-        del result
-    return best
+from timing import best_of
 
 
 def main():

@@ -161,25 +161,6 @@ struct ControlArgs {
   PyObject *priority = nullptr, *weight = nullptr, *abstol = nullptr, *reltol = nullptr;
 };
 
-int ApplyControls(ProblemObject *p, int k, const ControlArgs &c) {
-  const struct {
-    PyObject *value;
-    int id;
-  } items[] = {{c.priority, ZRVS_OBJECTIVE_PRIORITY},
-               {c.weight, ZRVS_OBJECTIVE_WEIGHT},
-               {c.abstol, ZRVS_OBJECTIVE_ABSTOL},
-               {c.reltol, ZRVS_OBJECTIVE_RELTOL}};
-  for (const auto &item : items) {
-    if (!item.value || item.value == Py_None) continue;
-    PyObject *key = PyUnicode_FromString(ObjControlName(item.id));
-    if (!key) return -1;
-    int rc = SetObjControl(p, k, item.id, key, item.value);
-    Py_DECREF(key);
-    if (rc < 0) return -1;
-  }
-  return 0;
-}
-
 // Objective controls as they were before a call changed them: (id, value).
 struct SavedControls {
   std::vector<std::pair<int, PyObject *>> values;
@@ -211,9 +192,10 @@ void Restore(ProblemObject *p, int k, const SavedControls &saved, int sense) {
   PyErr_Restore(type, value, traceback);
 }
 
-// ApplyControls that records each old value first; on failure the ones
-// already changed are set back.
-int ApplyControlsSaving(ProblemObject *p, int k, const ControlArgs &c, SavedControls &saved) {
+// Sets the controls given (not None) on objective k. With `saved`, each old
+// value is recorded first, and on failure the ones already changed are set
+// back.
+int ApplyControls(ProblemObject *p, int k, const ControlArgs &c, SavedControls *saved) {
   const struct {
     PyObject *value;
     int id;
@@ -223,13 +205,19 @@ int ApplyControlsSaving(ProblemObject *p, int k, const ControlArgs &c, SavedCont
                {c.reltol, ZRVS_OBJECTIVE_RELTOL}};
   for (const auto &item : items) {
     if (!item.value || item.value == Py_None) continue;
-    PyObject *old = GetObjControl(p, k, item.id);
-    if (old) saved.values.emplace_back(item.id, old);
-    PyObject *key = old ? PyUnicode_FromString(ObjControlName(item.id)) : nullptr;
+    if (saved) {
+      PyObject *old = GetObjControl(p, k, item.id);
+      if (!old) {
+        Restore(p, k, *saved, 0);
+        return -1;
+      }
+      saved->values.emplace_back(item.id, old);
+    }
+    PyObject *key = PyUnicode_FromString(ObjControlName(item.id));
     int rc = key ? SetObjControl(p, k, item.id, key, item.value) : -1;
     Py_XDECREF(key);
     if (rc < 0) {
-      Restore(p, k, saved, 0);
+      if (saved) Restore(p, k, *saved, 0);
       return -1;
     }
   }
@@ -343,7 +331,7 @@ PyObject *ProblemSetObjective(PyObject *self, PyObject *args, PyObject *kwds) {
   // A failed call changes nothing: the controls go first (their old values
   // kept), then the sense, then the objective; a failure undoes the earlier.
   SavedControls saved;
-  if (ApplyControlsSaving(p, objidx, c, saved) < 0) return nullptr;
+  if (ApplyControls(p, objidx, c, &saved) < 0) return nullptr;
   int old_sense = 0;
   if (sense_value != 0 && (ReadSense(p, &old_sense) < 0 || SetSense(p, sense_value) < 0)) {
     Restore(p, objidx, saved, 0);
@@ -377,7 +365,7 @@ PyObject *ProblemAddObjective(PyObject *self, PyObject *args, PyObject *kwds) {
     rc = SetObjectiveAt(p, objectives[i], k);
     if (rc == 0) {
       ++added;
-      rc = ApplyControls(p, k, c);
+      rc = ApplyControls(p, k, c, nullptr);
     }
   }
   for (PyObject *o : objectives) Py_DECREF(o);
