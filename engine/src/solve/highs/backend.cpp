@@ -146,7 +146,11 @@ bool HighsBackend::solution(std::vector<double> &x, std::vector<double> &duals,
   HighsInt primal_status = 0, dual_status = 0;
   Highs_getIntInfoValue(h_, "primal_solution_status", &primal_status);
   Highs_getIntInfoValue(h_, "dual_solution_status", &dual_status);
-  if (primal_status == kHighsSolutionStatusNone) return false;
+  // An infeasible verdict leaves no solution, whatever point the simplex
+  // stopped at.
+  if (primal_status == kHighsSolutionStatusNone ||
+      Highs_getModelStatus(h_) == kHighsModelStatusInfeasible)
+    return false;
   if (request_.mip && primal_status != kHighsSolutionStatusFeasible) return false;
   HighsInt ncols = Highs_getNumCol(h_), nrows = Highs_getNumRow(h_);
   std::vector<double> col_value(ncols), col_dual(ncols), row_value(nrows), row_dual(nrows);
