@@ -236,3 +236,24 @@ def test_methods_document_themselves():
                         "Further information:", "Related topics:"):
             assert section in doc, (name, section)
     assert "Purpose:" in z.evaluate.__doc__
+
+
+def test_a_resolve_from_kept_solver_state_reaches_a_verdict():
+    # Found by the model fuzzer: the relaxation's second solve, after a row
+    # was added, started from what HiGHS kept of the first and ended without
+    # a verdict ("HiGHS failed to solve the problem (unknown)"). The
+    # relaxation is infeasible (v1 >= 3 and 3 v1 + 0.5 v2 <= -4 with v2 >= 0),
+    # as a fresh problem says.
+    v1 = z.var(ub=6, vartype=z.integer)
+    v2 = z.var(ub=10, vartype=z.integer)
+    v3 = z.var(lb=-z.infinity, ub=6, vartype=z.integer)
+    p = quiet()
+    p.addVariable(v1, v2, v3)
+    p.addConstraint(4 * v1 >= 12, 3 * v1 + 0.5 * v2 <= -4, 5 * v2 + 0.5 * v1 >= 4)
+    p.setObjective(-v3 + 3 * v2, sense=z.maximize)
+    p.lpoptimize()
+    assert p.getProbStatusString() == "mip_lp_not_optimal"
+    p.addConstraint(-3 * v3 - 1.5 * v2 - 2 * v1 >= -2)
+    p.lpoptimize()
+    assert p.getProbStatusString() == "mip_lp_not_optimal"
+    assert p.attributes.solstatus == z.SolStatus.INFEASIBLE

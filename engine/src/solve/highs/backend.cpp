@@ -96,6 +96,14 @@ void HighsBackend::set_objective(const Stage &stage) {
 
 void HighsBackend::run(StageResult &out) {
   Highs_run(h_);
+  // A run that starts from what HiGHS kept of the last solve (basis,
+  // factorisation) can end without a verdict where a fresh start finds one:
+  // such a run is repeated once from scratch.
+  const HighsInt first = Highs_getModelStatus(h_);
+  if (first == kHighsModelStatusUnknown || first == kHighsModelStatusSolveError) {
+    Highs_clearSolver(h_);
+    Highs_run(h_);
+  }
   // HiGHS's presolve can call a feasible (unbounded) model infeasible, or
   // leave the verdict open: such answers are checked by a run without it.
   // Only these verdicts pay for the second run.
