@@ -63,6 +63,7 @@ int slp_int_attribute(const zslp_problem &s, int id, const char *who) {
                  ? 0
                  : static_cast<int>(s.prob->results.bariter);
     case ZSLP_NLPSOLVERSTATUS: return s.prob->results.nlpsolverstatus;
+    case ZSLP_COEFFICIENTS: return s.prob->model.formulas.terms();
   }
   fail(ZRVS_ERR_UNKNOWNID, "%s: unknown integer attribute %d", who, id);
 }
