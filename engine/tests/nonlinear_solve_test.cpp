@@ -234,14 +234,16 @@ TEST_F(NonlinearSolve, ControlsReachTheSolver) {
 struct Log {
   std::vector<std::string> lines;
   ZRVSprob stop_on_iteration = nullptr;  // interrupts when set
+  ZSLPprob stop_companion = nullptr;      // interrupts through the companion when set
 };
 
 void collect(ZRVSprob, void *data, const char *msg, int, int) {
   auto *log = static_cast<Log *>(data);
   if (!msg) return;
   log->lines.emplace_back(msg);
-  if (log->stop_on_iteration && std::string(msg).find("iter") == 0)
-    ZRVSinterrupt(log->stop_on_iteration, ZRVS_STOP_CTRLC);
+  if (std::string(msg).find("iter") != 0) return;
+  if (log->stop_on_iteration) ZRVSinterrupt(log->stop_on_iteration, ZRVS_STOP_CTRLC);
+  if (log->stop_companion) ZSLPinterrupt(log->stop_companion, ZRVS_STOP_USER);
 }
 
 bool any_line(const Log &log, const std::string &part) {
@@ -281,6 +283,14 @@ TEST_F(NonlinearSolve, LogThroughMessagesAndInterrupt) {
   EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_CTRLC);
   EXPECT_EQ(nlp_int(ZSLP_NLPSTATUS), ZSLP_NLP_UNFINISHED);
   EXPECT_LE(nlp_int(ZSLP_NLPITER), 1);
+
+  log.stop_on_iteration = nullptr;
+  log.stop_companion = slp;
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_USER);
+  // A request left over from an earlier solve does not stop the next one.
+  log.stop_companion = nullptr;
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_COMPLETED);
 }
 
 // A re-solve after a small change starts from the last solution and its
