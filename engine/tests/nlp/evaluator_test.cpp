@@ -448,17 +448,22 @@ TEST(Evaluator, FailuresOutsideTheDomain) {
   }
 }
 
-// Random compositions of every function and operator over four variables,
-// several rows sharing subtrees, against differences.
-TEST(Evaluator, RandomCompositions) {
-  std::mt19937 rng(2024);
+// Random compositions of every function and operator, several rows sharing
+// subtrees, against differences: over four variables (elements of few
+// variables, carried forward) and over nine (larger elements, swept in
+// reverse).
+class RandomCompositions : public ::testing::TestWithParam<int> {};
+
+TEST_P(RandomCompositions, AgainstDifferences) {
+  const int n = GetParam();
+  std::mt19937 rng(2024 + n);
   // Functions that stay defined on any finite argument after the squashing
   // below (atan keeps arguments of log, sqrt, asin and acos in range).
   auto squash = [](const Tokens &t) { return apply(ZSLP_FN_ATAN, t); };
   std::function<Tokens(int)> grow = [&](int depth) -> Tokens {
     std::uniform_int_distribution<int> pick(0, depth <= 0 ? 1 : 12);
     switch (pick(rng)) {
-      case 0: return x(std::uniform_int_distribution<int>(0, 3)(rng));
+      case 0: return x(std::uniform_int_distribution<int>(0, n - 1)(rng));
       case 1: return c(std::uniform_real_distribution<double>(-2, 2)(rng));
       case 2: return binop(grow(depth - 1), ZSLP_OP_PLUS, grow(depth - 1));
       case 3: return binop(grow(depth - 1), ZSLP_OP_MINUS, grow(depth - 1));
@@ -476,18 +481,27 @@ TEST(Evaluator, RandomCompositions) {
       default: return binop(grow(depth - 1), ZSLP_OP_POWER, c(3));
     }
   };
+  int large = 0;
   for (int model = 0; model < 20; ++model) {
-    Formulas f(4, 3);
+    Formulas f(n, 3);
     Tokens shared = grow(3);
     for (int r = 0; r < 3; ++r) {
-      f.term(r, binop(grow(3), ZSLP_OP_MULTIPLY, shared), -1, 1.0 + r);
+      f.term(r, binop(grow(n > 4 ? 4 : 3), ZSLP_OP_MULTIPLY, shared), -1, 1.0 + r);
       f.term(r, grow(2), r, -0.5);
     }
     auto ev = f.compile();
     std::uniform_real_distribution<double> pt(-1, 1);
-    std::vector<double> at{pt(rng), pt(rng), pt(rng), pt(rng)};
-    check_derivatives(*ev, 4, at, {0.5, -1.0, 2.0}, "model " + std::to_string(model));
+    std::vector<double> at(n);
+    for (double &v : at) v = pt(rng);
+    check_derivatives(*ev, n, at, {0.5, -1.0, 2.0}, "model " + std::to_string(model));
+    std::set<int> cols(ev->jacobian_pattern().col.begin(), ev->jacobian_pattern().col.end());
+    large += cols.size() > 4;
+  }
+  if (n > 4) {
+    EXPECT_GT(large, 5) << "too few rows of more than four variables";
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Evaluator, RandomCompositions, ::testing::Values(4, 9));
 
 }  // namespace
