@@ -242,6 +242,24 @@ TEST_F(Formulas, UserFunctionRegistration) {
   EXPECT_EQ(Batch().term(0, -1, 1.0, call).add(slp), 0) << slp_error();
 }
 
+// Loading a new model into the problem drops the formulas but keeps the user
+// functions registered with it.
+TEST_F(Formulas, NewModelKeepsUserFunctions) {
+  auto f = reinterpret_cast<ZSLP_userfunc>(+[](const double *x, void *) { return x[0]; });
+  int index = 0;
+  ASSERT_EQ(ZSLPadduserfunction(slp, "a", ZSLP_USERFUNC_VALUE, 1, 1, 0, f, nullptr, &index), 0);
+  ASSERT_EQ(Batch().term(0, -1, 1.0, sin_of(0)).add(slp), 0);
+  double obj[2] = {0, 0}, lb[2] = {0, 0}, ub[2] = {1, 1}, rhs[1] = {1};
+  int start[3] = {0, 0, 0};
+  ASSERT_EQ(ZRVSloadlp(prob, "new", 2, 1, "L", rhs, nullptr, obj, start, nullptr, nullptr,
+                       nullptr, lb, ub),
+            0)
+      << last_error();
+  EXPECT_EQ(attrib_terms(), 0);
+  Tokens call = Tokens().args().col(1).user(index).end();
+  EXPECT_EQ(Batch().term(0, -1, 1.0, call).add(slp), 0) << slp_error();
+}
+
 TEST_F(Formulas, DeletingRowsRenumbersAndDropsTerms) {
   Batch b;
   b.term(0, -1, 1.0, sin_of(0)).term(1, 2, 1.0, sin_of(1)).term(2, -1, 1.0, sin_of(2));

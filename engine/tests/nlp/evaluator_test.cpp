@@ -505,3 +505,44 @@ TEST_P(RandomCompositions, AgainstDifferences) {
 INSTANTIATE_TEST_SUITE_P(Evaluator, RandomCompositions, ::testing::Values(4, 9));
 
 }  // namespace
+
+namespace {
+
+// The store's version tells a compiled copy that it is stale: it changes
+// with every change of formulas, user functions and renumbering, and not
+// when nothing changed.
+TEST(FormulaStore, VersionChangesWithEveryChange) {
+  Formulas f(3, 3);
+  const zorvan::FormulaStore &s = f.model.formulas;
+  uint64_t v = s.version();
+  auto changed = [&] {
+    bool c = s.version() != v;
+    v = s.version();
+    return c;
+  };
+  f.term(1, apply(ZSLP_FN_SIN, x(2)));
+  EXPECT_TRUE(changed());
+  int none = 0, start = 0;
+  zorvan::FormulaInput empty{0, &none, &none, nullptr, &start, &none, nullptr};
+  f.model.formulas.add(empty, 3, 3, "test");
+  EXPECT_FALSE(changed()) << "adding nothing";
+  f.model.formulas.add_user_function({"u", ZSLP_USERFUNC_VALUE, 1,
+                                      reinterpret_cast<ZSLP_userfunc>(&plain), nullptr},
+                                     "test");
+  EXPECT_TRUE(changed());
+  f.model.delete_rows({1, 0, 0});
+  EXPECT_TRUE(changed());
+  EXPECT_EQ(s.row(0), 0) << "row 1 is row 0 now";
+  f.model.delete_columns({1, 0, 0});
+  EXPECT_TRUE(changed());
+  // The compiled copy reads the renumbered column: sin(x1) at x = (0, 0.5).
+  auto ev = f.compile();
+  std::vector<double> pt{0, 0.5};
+  EXPECT_NEAR(Dense(*ev, 2).values(pt)[0], std::sin(0.5), 1e-15);
+  int row = 0, col = -1;
+  f.model.formulas.remove(1, &row, &col, 2, "test");
+  EXPECT_TRUE(changed());
+  EXPECT_EQ(s.terms(), 0);
+}
+
+}  // namespace
