@@ -57,6 +57,9 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   // The callback first, so that HiGHS's banner goes through it too.
   callback_.reset(new SolveCallback(h_, p_, mip));
   apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
+  // HiGHS reports its MIP progress lines only while it logs; the lines
+  // themselves reach messages only with outputlog >= 2.
+  if (mip && p_.events.any(EventKind::miplog)) Highs_setBoolOptionValue(h_, "output_flag", 1);
   std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
   if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
   const bool basis_loaded = p_.changes.basis_loaded();

@@ -108,7 +108,7 @@ void SolveCallback::log(const char *text, const HighsCallbackDataOut *out) {
 void SolveCallback::lp_iteration(const HighsCallbackDataOut *out) {
   if (!out) return;
   // HiGHS checks more often than it iterates: one event per new iteration.
-  if (out->simplex_iteration_count != p_.progress.simplexiter) {
+  if (out->simplex_iteration_count > p_.progress.simplexiter) {
     p_.progress.simplexiter = out->simplex_iteration_count;
     p_.progress.lpobjval = finite_or_none(out->objective_function_value);
     if (fire_stop_request(p_.events, EventKind::lplog, prob_)) stop(ZRVS_STOP_USER);
@@ -118,7 +118,8 @@ void SolveCallback::lp_iteration(const HighsCallbackDataOut *out) {
 
 void SolveCallback::barrier_iteration(const HighsCallbackDataOut *out) {
   if (!out) return;
-  if (out->ipm_iteration_count != p_.progress.bariter) {
+  // HiGHS also checks between its iterations, with the count at -1.
+  if (out->ipm_iteration_count > p_.progress.bariter) {
     p_.progress.bariter = out->ipm_iteration_count;
     p_.progress.lpobjval = finite_or_none(out->objective_function_value);
     if (fire_int_output(p_.events, EventKind::bariteration, prob_, 0) != 0) stop(ZRVS_STOP_USER);
