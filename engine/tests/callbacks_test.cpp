@@ -2,6 +2,7 @@
 // fires on HiGHS's algorithms, what it reads and what its result changes.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -180,6 +181,109 @@ TEST_F(Knapsack, ChecktimeStopsTheSearch) {
   EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_STOPPED);
   EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_TIMELIMIT);
   EXPECT_EQ(calls, 3) << "no check after the stop";
+}
+
+// gapnotify: records the relative gap it was called at and sets the next
+// target at half of it.
+struct GapTargets {
+  std::vector<double> gaps;
+};
+
+void halve_gap(ZRVSprob prob, void *data, double *relgap, double *absgap, double *, double *) {
+  double gap = 0;
+  ZRVSgetdblattrib(prob, ZRVS_MIPGAP, &gap);
+  static_cast<GapTargets *>(data)->gaps.push_back(gap);
+  EXPECT_LT(*absgap, 0) << "the absolute target stays unarmed";
+  *relgap = gap / 2;
+}
+
+TEST_F(Knapsack, GapTargetsFireOnceAndRenewedTargetsTakeEffect) {
+  GapTargets seen;
+  ASSERT_EQ(ZRVSsetdblcontrol(prob, ZRVS_MIPRELGAPNOTIFY, 0.5), 0);
+  ASSERT_EQ(ZRVSaddcbgapnotify(prob, halve_gap, &seen, 0), 0);
+  optimize();
+  ASSERT_GE(seen.gaps.size(), 2u);
+  EXPECT_LE(seen.gaps[0], 0.5);
+  for (size_t k = 1; k < seen.gaps.size(); ++k) EXPECT_LE(seen.gaps[k], seen.gaps[k - 1] / 2);
+  // The control itself is unchanged by the callback.
+  double target = 0;
+  ASSERT_EQ(ZRVSgetdblcontrol(prob, ZRVS_MIPRELGAPNOTIFY, &target), 0);
+  EXPECT_EQ(target, 0.5);
+}
+
+void stop_solve(ZRVSprob prob, void *, double *, double *, double *, double *) {
+  ZRVSinterrupt(prob, ZRVS_STOP_USER);
+}
+
+TEST_F(Knapsack, ObjectiveTargetLetsTheUserStopAtAGoodEnoughSolution) {
+  // Stop at the first incumbent worth at least 90% of the optimum.
+  const double optimum = best([](int) { return true; });
+  ASSERT_EQ(ZRVSsetdblcontrol(prob, ZRVS_MIPABSGAPNOTIFYOBJ, 0.9 * optimum), 0);
+  ASSERT_EQ(ZRVSaddcbgapnotify(prob, stop_solve, nullptr, 0), 0);
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_USER);
+  EXPECT_GE(dbl_attrib(ZRVS_MIPOBJVAL), 0.9 * optimum - 1e-9);
+}
+
+// Objective levels: the order of the events and what afterobjective reads.
+std::vector<std::string> g_levels;
+void before_level(ZRVSprob, void *) { g_levels.push_back("before"); }
+void after_level(ZRVSprob prob, void *) {
+  double v = 0;
+  ZRVSgetdblattrib(prob, ZRVS_LPOBJVAL, &v);
+  g_levels.push_back("after " + std::to_string(static_cast<int>(std::lround(v))));
+}
+
+TEST_F(ModelTest, ObjectiveLevelsAreBracketedByTheirEvents) {
+  // max x, then max y, with x + y <= 5 and both at most 4: x = 4, y = 1.
+  add_cols({1, 0}, {0, 0}, {4, 4});
+  add_row({1, 1}, 'L', 5);
+  ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+  const int col = 1;
+  const double one = 1;
+  ASSERT_EQ(ZRVSchgobjn(prob, 1, 1, &col, &one), 0) << last_error();
+  ASSERT_EQ(ZRVSsetobjintcontrol(prob, 1, ZRVS_OBJECTIVE_PRIORITY, -1), 0);
+  ASSERT_EQ(ZRVSaddcbbeforeobjective(prob, before_level, nullptr, 0), 0);
+  ASSERT_EQ(ZRVSaddcbafterobjective(prob, after_level, nullptr, 0), 0);
+  g_levels.clear();
+  optimize();
+  EXPECT_EQ(g_levels, (std::vector<std::string>{"before", "after 4", "before", "after 1"}));
+  // A single objective has no levels to bracket.
+  ASSERT_EQ(ZRVSdelobj(prob, 1), 0);
+  g_levels.clear();
+  optimize();
+  EXPECT_TRUE(g_levels.empty());
+}
+
+int count_and_stop(ZRVSprob prob, void *data) {
+  auto *calls = static_cast<std::vector<int64_t> *>(data);
+  int64_t iter = 0;
+  ZRVSgetintattrib64(prob, ZRVS_SIMPLEXITER, &iter);
+  calls->push_back(iter);
+  return calls->size() >= 2 ? 1 : 0;
+}
+
+TEST_F(ModelTest, LpLogSeesIterationsAndStopsTheSimplex) {
+  const int n = 8;
+  add_cols(std::vector<double>(n, 1), std::vector<double>(n, 0), std::vector<double>(n, 10));
+  for (int i = 0; i < n; ++i) {
+    std::vector<double> row(n);
+    for (int j = 0; j < n; ++j) row[j] = 1 + (i * 3 + j * 5) % 7;
+    add_row(row, 'L', 20 + i);
+  }
+  ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_PRESOLVE, 0), 0);
+  std::vector<int64_t> calls;
+  ASSERT_EQ(ZRVSaddcblplog(prob, count_and_stop, &calls, 0), 0);
+  int sol = -1;
+  EXPECT_EQ(optimize(&sol, "p"), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_USER);
+  EXPECT_EQ(int_attrib(ZRVS_LPSTATUS), ZRVS_LP_UNFINISHED);
+  ASSERT_EQ(calls.size(), 2u);
+  EXPECT_LT(calls[0], calls[1]) << "one call per new iteration";
+  // Without the callback the same LP solves.
+  ASSERT_EQ(ZRVSremovecblplog(prob, nullptr, nullptr), 0);
+  EXPECT_EQ(optimize(&sol, "p"), ZRVS_SOLVESTATUS_COMPLETED);
 }
 
 }  // namespace
