@@ -256,6 +256,23 @@ class TestMipKinds:
         assert status == z.SolveStatus.STOPPED and q.attributes.stopstatus == 9
 
 
+    def test_cutlog_follows_the_root_cut_rounds_and_can_stop(self):
+        def cut_model():
+            p, _, _ = knapsack(n=40, seed=5)
+            p.setControl({"presolve": 1})
+            return p
+
+        p = cut_model()
+        rounds = []
+        p.addcbcutlog(lambda prob, data: rounds.append(prob.attributes.nodes) or 0)
+        p.optimize()
+        assert rounds and rounds[0] <= p.attributes.nodes
+        q = cut_model()
+        q.addcbcutlog(lambda prob, data: 1)
+        status, _ = q.optimize()
+        assert status == z.SolveStatus.STOPPED and q.attributes.stopstatus == 9
+
+
 class TestLpKinds:
     def test_lplog_follows_the_simplex_iterations(self):
         p, _ = lp()
@@ -282,6 +299,12 @@ class TestLpKinds:
         q.addcbbariteration(lambda prob, data: 1 if prob.attributes.bariter >= 2 else 0)
         q.optimize("b")
         assert q.attributes.stopstatus == 9
+        # A float is not an integer result: it counts as -1, which stops.
+        r, _ = lp()
+        calls = []
+        r.addcbbarlog(lambda prob, data: calls.append(1) or 0.0)
+        r.optimize("b")
+        assert calls == [1] and r.attributes.stopstatus == 9
 
     def test_message_lines_arrive_with_their_type(self):
         p, _ = lp()
