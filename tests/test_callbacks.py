@@ -359,6 +359,25 @@ class TestFailures:
         p.optimize()
         assert len(after) > checks_before
 
+    def test_raising_message_callback_outside_a_solve_is_reported_and_kept(self, tmp_path,
+                                                                          monkeypatch):
+        p, _ = lp()
+        path = str(tmp_path / "m.lp")
+        p.write(path)
+        unraisable, texts = [], []
+        monkeypatch.setattr("sys.unraisablehook", lambda u: unraisable.append(u.exc_value))
+
+        def message(prob, data, text, kind):
+            texts.append(text)
+            if "read from" in (text or ""):
+                raise KeyError("reading")
+
+        p.addcbmessage(message)
+        p.read(path)  # the message of the read raises: nobody waits for it
+        assert len(unraisable) == 1 and isinstance(unraisable[0], KeyError)
+        p.optimize()  # and later messages still arrive
+        assert any("solve optimal" in t for t in texts)
+
     def test_model_changes_inside_a_callback_are_refused(self):
         p, x, _ = knapsack()
         p.addcbintsol(lambda prob, data: prob.chgbounds([x[0]], ["U"], [0]))

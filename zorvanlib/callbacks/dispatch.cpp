@@ -61,14 +61,17 @@ void CallbackCall::Fail() { failed_ = true; }
 CallbackCall::~CallbackCall() {
   if (problem_) ReleaseCallbackProblem(problem_);
   if (extra_) ReleaseCallbackProblem(extra_);
-  Py_XDECREF(callable_);
   Py_XDECREF(data_);
   if (failed_) {
     const bool named = kind_ && kind_->display[0];
     PySys_FormatStderr("Problem in callback%s%s, stopping optimization\n", named ? " " : "",
                        named ? kind_->display : "");
-    // The exception waits for the caller of the solve; the first one wins.
-    if (PyErr_Occurred()) {
+    // Outside a solve (messages of other engine calls) nobody waits for the
+    // exception: it is reported as unraisable.
+    if (PyErr_Occurred() && owner_ && !owner_->solving) {
+      PyErr_WriteUnraisable(callable_);
+    } else if (PyErr_Occurred()) {
+      // The exception waits for the caller of the solve; the first one wins.
       PyObject *type, *value, *traceback;
       PyErr_Fetch(&type, &value, &traceback);
       PyErr_NormalizeException(&type, &value, &traceback);
@@ -81,6 +84,7 @@ CallbackCall::~CallbackCall() {
     }
     StopSolve(prob_);
   }
+  Py_XDECREF(callable_);
   Py_XDECREF(owner_);
   PyGILState_Release(gil_);
 }
