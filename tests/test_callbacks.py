@@ -183,8 +183,12 @@ class TestMipKinds:
             return (1 if candidate[banned] > 0.5 else 0), None
 
         p.addcbpreintsol(preintsol)
+        incumbents = []
+        p.addcbintsol(lambda prob, data: incumbents.append(prob.getSolution(x[banned])))
         p.optimize()
         assert calls
+        # A rejected candidate never becomes an incumbent.
+        assert incumbents and max(incumbents) < 0.5
         assert p.getObjVal() == pytest.approx(expected)
         assert p.getSolution(x[banned]) < 0.5
         assert expected < best

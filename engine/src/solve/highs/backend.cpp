@@ -132,11 +132,17 @@ void HighsBackend::run_until_settled() {
              "HiGHS's search cannot drop a solution, and the engine cuts a rejected solution "
              "off only through its binary columns",
              request_.who);
-    if (restart.cutoff_changed) add_cutoff_row(h_, p_, true, restart.cutoff);
+    if (restart.cutoff_changed) {
+      add_cutoff_row(h_, p_, true, restart.cutoff);
+      p_.progress.has_incumbent = false;
+      p_.progress.mipobjval = ZRVS_PLUSINFINITY * p_.model.objsense;
+    }
     p_.highs->forget();
     Highs_clearSolver(h_);
-    p_.progress.has_incumbent = false;
-    p_.progress.mipobjval = ZRVS_PLUSINFINITY * p_.model.objsense;
+    // The run starts from the last incumbent that was kept (HiGHS refuses
+    // it if the new rows cut it off).
+    if (!restart.start.empty())
+      Highs_setSolution(h_, restart.start.data(), nullptr, nullptr, nullptr);
     Highs_run(h_);
   }
   if (!callback_->failure().empty())

@@ -56,6 +56,7 @@ bool SolveCallback::take_restart(Restart &restart) {
   restart_ = false;
   restart = std::move(pending_);
   pending_ = Restart();
+  restart.start = accepted_;
   return true;
 }
 
@@ -172,13 +173,22 @@ void SolveCallback::set_point(const double *x) {
 }
 
 void SolveCallback::improving_solution(const HighsCallbackDataOut *out) {
-  if (!out || !out->mip_solution) return;
+  // A run that is to restart keeps nothing: HiGHS has taken the rejected
+  // candidate as its incumbent.
+  if (!out || !out->mip_solution || restart_) return;
   SolveProgress &g = p_.progress;
   set_point(out->mip_solution);
+  accepted_.assign(out->mip_solution, out->mip_solution + out->mip_solution_size);
   g.has_incumbent = true;
-  g.mipobjval = finite_or_none(out->objective_function_value);
+  const double value = finite_or_none(out->objective_function_value);
+  g.mipobjval = value;
   mip_progress(out);
-  fire_notice(p_.events, EventKind::intsol, prob_);
+  // The incumbent a restarted run starts from is no news.
+  const bool better = !reported_ || p_.model.objsense * value < p_.model.objsense * reported_value_;
+  if (better) {
+    reported_ = true, reported_value_ = value;
+    fire_notice(p_.events, EventKind::intsol, prob_);
+  }
   check_gap_targets();
 }
 

@@ -30,6 +30,9 @@ class SolveCallback {
     std::vector<std::vector<double>> rejected;  // candidates to cut off, over the model's columns
     bool cutoff_changed = false;
     double cutoff = 0.0;
+    // The last incumbent that was not rejected, over HiGHS's columns, to
+    // start the next run from (empty: none).
+    std::vector<double> start;
   };
   // True when the last run stopped for a restart; hands over its requests.
   bool take_restart(Restart &restart);
@@ -60,6 +63,9 @@ class SolveCallback {
   std::string partial_line_;
   double targets_[4];  // gapnotify: relative gap, absolute gap, objective, bound
   double cutoff_;  // the cutoff candidates must beat without an incumbent
+  std::vector<double> accepted_;  // the last incumbent not rejected, over HiGHS's columns
+  bool reported_ = false;         // intsol has fired for reported_value_
+  double reported_value_ = 0.0;
   bool restart_ = false;
   Restart pending_;
   std::string failure_;
