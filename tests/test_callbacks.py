@@ -408,6 +408,29 @@ class TestFailures:
         assert p.getObjVal() == pytest.approx(knapsack_optimum[0])
         assert ("done", pytest.approx(knapsack_optimum[0])) in inner
 
+    def test_callbacks_run_when_the_solve_runs_on_another_thread(self, knapsack_optimum):
+        p, x, (value, *_) = knapsack()
+        seen, threads = [], set()
+
+        def intsol(prob, data):
+            threads.add(threading.get_ident())
+            seen.append(float(np.dot(value, prob.getSolution(x))))
+
+        p.addcbintsol(intsol)
+        worker = threading.Thread(target=p.optimize)
+        worker.start()
+        worker.join()
+        assert threads == {worker.ident}
+        assert seen and seen[-1] == pytest.approx(knapsack_optimum[0])
+        assert p.getObjVal() == pytest.approx(knapsack_optimum[0])
+
+    def test_interrupt_inside_a_callback_gives_its_reason(self):
+        p, _, _ = knapsack()
+        p.addcbintsol(lambda prob, data: prob.interrupt(5))
+        status, _ = p.optimize()
+        assert status == z.SolveStatus.STOPPED
+        assert p.attributes.stopstatus == 5
+
     def test_interrupt_from_another_thread(self):
         p, _, _ = knapsack(n=22, seed=3)
         started = threading.Event()
