@@ -33,7 +33,8 @@ const CallbackKind kCallbackKinds[kSolverCallbackKinds] = {
                       "After the cut rounds of the root node of a MIP: callback(problem, data) "
                       "returns non-zero to stop the solve."),
     ZRV_CALLBACK_KIND(4, destroymt, OnDestroyMt, "",
-                      "When a worker thread of the tree search ends: callback(problem, data)." ZRV_NODE_EVENT),
+                      "When a worker thread of the tree search ends: callback(problem, data)."
+                      ZRV_NODE_EVENT),
     ZRV_CALLBACK_KIND(5, gapnotify, OnGapNotify, "gapnotify()",
                       "When the MIP search reaches a target of the controls miprelgapnotify, "
                       "mipabsgapnotify, mipabsgapnotifyobj or mipabsgapnotifybound: "
@@ -43,7 +44,8 @@ const CallbackKind kCallbackKinds[kSolverCallbackKinds] = {
                       "At each progress line of the MIP search: callback(problem, data) returns "
                       "non-zero to stop the solve."),
     ZRV_CALLBACK_KIND(7, infnode, OnInfNode, "",
-                      "When a node of the search is found infeasible: callback(problem, data)." ZRV_NODE_EVENT),
+                      "When a node of the search is found infeasible: callback(problem, data)."
+                      ZRV_NODE_EVENT),
     ZRV_CALLBACK_KIND(8, intsol, OnIntSol, "",
                       "When the MIP search accepts a new incumbent: callback(problem, data); "
                       "problem.getSolution and the attributes give it."),
@@ -61,7 +63,8 @@ const CallbackKind kCallbackKinds[kSolverCallbackKinds] = {
                       "When the search creates a node: callback(problem, data, parent, node, "
                       "branch)." ZRV_NODE_EVENT),
     ZRV_CALLBACK_KIND(13, nodecutoff, OnNodeCutoff, "nodecutoff()",
-                      "When a node is cut off by the bound: callback(problem, data, node)." ZRV_NODE_EVENT),
+                      "When a node is cut off by the bound: callback(problem, data, node)."
+                      ZRV_NODE_EVENT),
     ZRV_CALLBACK_KIND(14, nodelpsolved, OnNodeLpSolved, "",
                       "After the LP of a node is solved: callback(problem, data)." ZRV_NODE_EVENT),
     ZRV_CALLBACK_KIND(15, optnode, OnOptNode, "",

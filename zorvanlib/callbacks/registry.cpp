@@ -9,6 +9,7 @@
 #include "base/errors.h"
 #include "base/globals.h"
 #include "base/help.h"
+#include "base/types.h"
 #include "callbacks/kinds.h"
 #include "problem/method_table.h"
 #include "problem/problem.h"
@@ -280,14 +281,14 @@ int RegisterCallbackMethods() {
                       "problem.addcb" + name + "\n");
     }
     for (int k = 0; k < kSolverCallbackKinds; ++k) {
-      Methods.push_back({Texts[4 * k].c_str(), reinterpret_cast<PyCFunction>(adds[k]),
+      Methods.push_back({Texts[4 * k].c_str(), WithKeywords(adds[k]),
                          METH_VARARGS | METH_KEYWORDS, Texts[4 * k + 1].c_str()});
-      Methods.push_back({Texts[4 * k + 2].c_str(), reinterpret_cast<PyCFunction>(removes[k]),
+      Methods.push_back({Texts[4 * k + 2].c_str(), WithKeywords(removes[k]),
                          METH_VARARGS | METH_KEYWORDS, Texts[4 * k + 3].c_str()});
     }
-    Methods.push_back({"copycallbacks", reinterpret_cast<PyCFunction>(CopyCallbacks),
+    Methods.push_back({"copycallbacks", WithKeywords(CopyCallbacks),
                        METH_VARARGS | METH_KEYWORDS, CopyCallbacksDoc});
-    Methods.push_back({"interrupt", reinterpret_cast<PyCFunction>(Interrupt),
+    Methods.push_back({"interrupt", WithKeywords(Interrupt),
                        METH_VARARGS | METH_KEYWORDS, InterruptDoc});
     Methods.push_back({nullptr, nullptr, 0, nullptr});
   } catch (const std::bad_alloc &) {
