@@ -219,6 +219,24 @@ class TestMipKinds:
         for earlier, later in zip(gaps, gaps[1:]):
             assert later <= earlier / 2 + 1e-12
 
+    def test_gapnotify_tuple_changes_only_the_targets_it_names(self):
+        p, _, _ = knapsack(n=22, seed=3)
+        p.controls.miprelgapnotify = 0.5
+        calls = []
+
+        def gapnotify(prob, data):
+            a = prob.attributes
+            calls.append((a.mipgap, abs(a.mipobjval - a.bestbound)))
+            # First call: arm an absolute gap of 1 and leave the relative
+            # target as it is (spent); later calls change nothing.
+            return (None, 1.0, None, None) if len(calls) == 1 else None
+
+        p.addcbgapnotify(gapnotify)
+        p.optimize()
+        assert len(calls) == 2
+        assert calls[0][0] <= 0.5
+        assert calls[1][1] <= 1.0 + 1e-9
+
     def test_gapnotify_lets_the_user_stop_early(self):
         full, _, _ = knapsack(n=22, seed=3)
         full.optimize()
