@@ -405,6 +405,10 @@ class TestFailures:
         p.addcbintsol(lambda prob, data: prob.chgbounds([x[0]], ["U"], [0]))
         with pytest.raises(z.ModelError, match="being solved"):
             p.optimize()
+        r, _, _ = knapsack()
+        r.addcbintsol(lambda prob, data: r.removecbintsol())
+        with pytest.raises(z.ModelError, match="removecbintsol cannot change it"):
+            r.optimize()
         q, _, _ = knapsack()
         q.addcbintsol(lambda prob, data: q.reset())
         with pytest.raises(z.ModelError, match="being solved"):

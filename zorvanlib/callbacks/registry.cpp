@@ -65,7 +65,7 @@ PyObject *AddCallback(PyObject *self, PyObject *args, PyObject *kwds, int number
     PyErr_SetString(InterfaceError, "Incorrect callback function");
     return nullptr;
   }
-  if (CannotChange(p, kind->name)) return nullptr;
+  if (CannotChange(p, ("addcb" + std::string(kind->name)).c_str())) return nullptr;
   static const char *keywords[] = {"callback", "data", "priority", nullptr};
   PyObject *f = nullptr, *data = Py_None;
   long priority = 0;
@@ -134,7 +134,7 @@ PyObject *RemoveCallback(PyObject *self, PyObject *args, PyObject *kwds, int num
     PyErr_SetString(InterfaceError, "Incorrect callback function");
     return nullptr;
   }
-  if (CannotChange(p, kind->name)) return nullptr;
+  if (CannotChange(p, ("removecb" + std::string(kind->name)).c_str())) return nullptr;
   static const char *keywords[] = {"callback", "data", nullptr};
   PyObject *f = nullptr, *data = nullptr;
   if (!PyArg_ParseTupleAndKeywords(args, kwds, "|OO", const_cast<char **>(keywords), &f,
