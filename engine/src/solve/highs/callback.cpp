@@ -68,8 +68,14 @@ void SolveCallback::stop(int reason) {
 void SolveCallback::handle(int type, const char *text, const HighsCallbackDataOut *out,
                            HighsCallbackDataIn *in, void *data) {
   auto *self = static_cast<SolveCallback *>(data);
+  if (type == kHighsCallbackLogging) {
+    self->log(text, out);
+    return;
+  }
+  // Events are handled one at a time, should HiGHS raise them from several
+  // threads; recursive, as a callback may stop the solve from inside.
+  std::lock_guard<std::recursive_mutex> lock(self->event_mutex_);
   switch (type) {
-    case kHighsCallbackLogging: self->log(text, out); return;
     case kHighsCallbackSimplexInterrupt: self->lp_iteration(out); break;
     case kHighsCallbackIpmInterrupt: self->barrier_iteration(out); break;
     case kHighsCallbackMipInterrupt: self->mip_check(out); break;

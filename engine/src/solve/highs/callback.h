@@ -60,6 +60,7 @@ class SolveCallback {
   ZRVSprob prob_;
   bool mip_;
   std::mutex log_mutex_;
+  std::recursive_mutex event_mutex_;
   std::string partial_line_;
   double targets_[4];  // gapnotify: relative gap, absolute gap, objective, bound
   double cutoff_;  // the cutoff candidates must beat without an incumbent
