@@ -336,6 +336,13 @@ class TestLpKinds:
         p.optimize()
         assert any("solve optimal" in t for _, t, k in got if k == 1)
         assert all(d == "d" for d, _, _ in got)
+        # With outputlog 2 the solver's own log arrives too, line by line.
+        got.clear()
+        p.controls.outputlog = 2
+        p.optimize()
+        texts = [t for _, t, _ in got]
+        assert any(t.startswith("LP has 6 rows; 6 cols") for t in texts)
+        assert all("\n" not in t for t in texts)
 
     def test_objective_levels_are_bracketed(self):
         x, y = z.var(ub=4), z.var(ub=4)
