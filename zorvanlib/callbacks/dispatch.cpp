@@ -27,6 +27,7 @@ CallbackCall::CallbackCall(int kind, ZRVSprob prob, void *record)
   owner_ = reinterpret_cast<ProblemObject *>(Py_NewRef(owner));
   // An earlier callback of this solve failed: nothing more runs.
   if (owner_->callback_error || PyErr_Occurred()) {
+    pending_ = true;
     StopSolve(prob_);
     return;
   }

@@ -38,6 +38,8 @@ class CallbackCall {
   // The result was refused: the call counts as failed.
   void Fail();
   bool failed() const { return failed_; }
+  // Whether the solve is being stopped: this call failed, or an earlier one.
+  bool stopping() const { return failed_ || pending_; }
 
  private:
   const CallbackKind *kind_;
@@ -45,7 +47,7 @@ class CallbackCall {
   PyGILState_STATE gil_;
   ProblemObject *owner_ = nullptr;
   PyObject *callable_ = nullptr, *data_ = nullptr, *problem_ = nullptr, *extra_ = nullptr;
-  bool active_ = false, failed_ = false;
+  bool active_ = false, failed_ = false, pending_ = false;
 };
 
 // Result conversions shared by the kinds. An integer result: a Python int

@@ -28,7 +28,7 @@ void Notice(int kind, ZRVSprob prob, void *record) {
 int Returned(int kind, ZRVSprob prob, void *record, int on_failure) {
   CallbackCall call(kind, prob, record);
   PyObject *result = CallPlain(call);
-  if (!result) return on_failure;
+  if (!result) return call.stopping() ? on_failure : 0;
   int value = IntResult(result);
   Py_DECREF(result);
   return value;
