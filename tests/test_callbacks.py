@@ -237,6 +237,16 @@ class TestMipKinds:
         assert calls[0][0] <= 0.5
         assert calls[1][1] <= 1.0 + 1e-9
 
+    def test_gapnotify_bound_target_follows_the_sense(self, knapsack_optimum):
+        # Maximising: the bound comes down towards the optimum.
+        target = knapsack_optimum[0] + 5
+        p, _, _ = knapsack()
+        p.controls.mipabsgapnotifybound = target
+        bounds = []
+        p.addcbgapnotify(lambda prob, data: bounds.append(prob.attributes.bestbound))
+        p.optimize()
+        assert len(bounds) == 1 and bounds[0] <= target + 1e-9
+
     def test_gapnotify_lets_the_user_stop_early(self):
         full, _, _ = knapsack(n=22, seed=3)
         full.optimize()
