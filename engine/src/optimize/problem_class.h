@@ -11,6 +11,8 @@ enum class ProblemClass { lp, qp, mip, miqp, qcqp, nlp, minlp };
 // model holds no nonlinear formulas yet, so nlp and minlp name classes of
 // the nonlinear problem to come.
 ProblemClass classify(const Model &m, bool relaxation);
+// The class of m when whether its discrete parts count is already known.
+ProblemClass classify_known(const Model &m, bool discrete);
 
 // "LP", "QP", "MIP", ...
 const char *class_name(ProblemClass c);

@@ -43,8 +43,13 @@ bool add_cutoff_row(void *h, const zrvs_problem &p, bool mip) {
 
 void HighsBackend::prepare(const SolveRequest &request) {
   request_ = request;
-  build_ = build_for_highs(p_.model, request.mip ? SolveMode::mip : SolveMode::relaxation,
-                           request.who);
+  // After changes of values on known lines only, HiGHS takes those lines
+  // and nothing is built.
+  listed_ = p_.highs && !p_.changes.basis_loaded() && p_.model.objectives.size() == 1 &&
+            p_.highs->can_take_listed(p_.model, request.mip, p_.changes);
+  if (!listed_)
+    build_ = build_for_highs(p_.model, request.mip ? SolveMode::mip : SolveMode::relaxation,
+                             request.who);
 }
 
 void HighsBackend::start(const std::vector<Stage> &stages) {
@@ -57,13 +62,24 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   h_ = instance.handle();
   // The callback first, so that HiGHS's banner goes through it too.
   callback_.reset(new SolveCallback(h_, p_));
-  apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
-  std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
-  if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
+  // Options are set again only when the controls, the algorithm or the
+  // threads changed since they were last set, or the model went over whole.
+  const uint64_t version = p_.controls.version();
+  const int threads = scheduler_->threads();
+  if (!listed_ || !instance.options_current(version, request_.algorithm, threads)) {
+    apply_controls(h_, p_, request_.algorithm, threads);
+    instance.options_set(version, request_.algorithm, threads);
+  }
   const bool basis_loaded = p_.changes.basis_loaded();
   const bool repeated = !p_.changes.noted();
-  const HighsInstance::Loaded loaded =
-      instance.load(m, build_, stages[0].constant, mip, p_.changes, who);
+  HighsInstance::Loaded loaded;
+  if (listed_) {
+    loaded = instance.load_listed(m, stages[0].cost, stages[0].constant, p_.changes, who);
+  } else {
+    std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
+    if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
+    loaded = instance.load(m, build_, stages[0].constant, mip, p_.changes, who);
+  }
   const bool whole = loaded == HighsInstance::Loaded::whole;
   if (p_.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
     p_.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model"
@@ -79,7 +95,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   // A continuous LP starts from the basis HiGHS kept from the last solve;
   // after a whole transfer or a basis loaded by the user, from the basis
   // the problem keeps. The barrier does not use one.
-  keeps_basis_ = stages.size() == 1 && basis_applies(m, build_, mip);
+  keeps_basis_ = stages.size() == 1 && (listed_ ? !mip : basis_applies(m, build_, mip));
   const bool barrier = request_.algorithm == 'b' ||
                        (!request_.algorithm && p_.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
   std::vector<HighsInt> col_status, row_status;
@@ -127,7 +143,7 @@ void HighsBackend::run(StageResult &out) {
                "it; the solution is reported feasible, not optimal");
   }
   if (Highs_getModelStatus(h_) == kHighsModelStatusModelEmpty)
-    check_rows_without_columns(build_.lp.row_lower, build_.lp.row_upper,
+    check_rows_without_columns(p_.highs->row_lower(), p_.highs->row_upper(),
                                p_.controls.get_dbl(ZRVS_FEASTOL, request_.who), request_.mip,
                                out);
   refine_stop_reason(p_, out);

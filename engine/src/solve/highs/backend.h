@@ -32,6 +32,7 @@ class HighsBackend : public Backend {
   HighsBuild build_;
   void *h_ = nullptr;
   bool keeps_basis_ = false;
+  bool listed_ = false;  // HiGHS takes the listed changes; build_ stays empty
   // Declared in this order so that the callback is detached before the
   // scheduler is released.
   std::unique_ptr<SchedulerLease> scheduler_;
