@@ -7,6 +7,7 @@
 #include "solve/highs/basis.h"
 #include "solve/highs/instance.h"
 #include "solve/highs/loose_columns.h"
+#include "solve/highs/open_mip.h"
 #include "solve/highs/status.h"
 
 namespace zorvan {
@@ -133,6 +134,8 @@ void HighsBackend::run(StageResult &out) {
     disputed = said_infeasible && Highs_getModelStatus(h_) != kHighsModelStatusInfeasible;
   }
   record_stage(h_, request_.mip, p_.interrupt_reason.load(), out);
+  if (request_.mip && Highs_getModelStatus(h_) == kHighsModelStatusUnboundedOrInfeasible)
+    settle_open_verdict(out);
   if (disputed && request_.mip && out.mipstatus == ZRVS_MIP_OPTIMAL) {
     // The two runs disagree: the point found is feasible, but its
     // optimality is not proven (the relaxation may be unbounded).
@@ -147,6 +150,20 @@ void HighsBackend::run(StageResult &out) {
                                p_.controls.get_dbl(ZRVS_FEASTOL, request_.who), request_.mip,
                                out);
   refine_stop_reason(p_, out);
+}
+
+void HighsBackend::settle_open_verdict(StageResult &out) {
+  HighsInt primal_status = 0;
+  Highs_getIntInfoValue(h_, "primal_solution_status", &primal_status);
+  const OpenMipVerdict verdict =
+      settle_open_mip(h_, primal_status == kHighsSolutionStatusFeasible,
+                      p_.controls.get_dbl(ZRVS_TIMELIMIT, request_.who));
+  if (verdict == OpenMipVerdict::undecided) return;
+  const bool unbounded = verdict == OpenMipVerdict::unbounded;
+  out.solvestatus = ZRVS_SOLVESTATUS_COMPLETED;
+  out.stopstatus = ZRVS_STOP_NONE;
+  out.solstatus = unbounded ? ZRVS_SOLSTATUS_UNBOUNDED : ZRVS_SOLSTATUS_INFEASIBLE;
+  out.mipstatus = unbounded ? ZRVS_MIP_UNBOUNDED : ZRVS_MIP_INFEAS;
 }
 
 void HighsBackend::hold_level(const Stage &stage, double lower, double upper) {

@@ -27,6 +27,9 @@ class HighsBackend : public Backend {
   std::string failure() override;
 
  private:
+  // A MIP run that ended "unbounded or infeasible" decided by runs of its own.
+  void settle_open_verdict(StageResult &out);
+
   zrvs_problem &p_;
   SolveRequest request_;
   HighsBuild build_;
