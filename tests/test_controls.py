@@ -85,11 +85,34 @@ class TestAttributes:
             first.probname
         with pytest.raises(zorvan.InterfaceError, match="Only ZRVS attributes are supported"):
             first.zslp_nlpstatus
-        with pytest.raises(zorvan.SolverError):
-            repr(p.objattribs)
         p.reset()
         with pytest.raises(zorvan.ModelError, match="Problem is not initialized"):
             first.lpobjval
+
+    def test_objective_views_show_before_and_after_a_solve(self, p):
+        x = zorvan.var(ub=4)
+        p.addVariable(x)
+        p.setObjective(2 * x + 1, sense=zorvan.maximize)
+        p.addObjective(x, priority=-1, weight=1.0)
+        # Before a solve the per-objective results are not there: they show
+        # as None, and the listing has one entry per objective.
+        shown = eval(repr(p.objattribs))
+        assert len(shown) == 2
+        per_objective = {"lpstatus", "mipstatus", "solvestatus", "solstatus", "stopstatus",
+                         "simplexiter", "bariter", "nodes", "lpobjval", "mipobjval",
+                         "bestbound", "solvetime"}
+        assert set(shown[0]) == set(shown[1]) == per_objective
+        assert all(v is None for v in shown[0].values())
+        assert eval(repr(p.objattribs[1])) == shown[1]
+        p.lpoptimize()
+        first, second = repr(p.objattribs).split("}, {")
+        assert "'lpobjval': 9.0" in first and "'lpobjval': 4.0" in second
+        assert "None" not in first + second
+        assert p.objattribs[1].lpstatus == 1
+        # Reading one value still says why it is missing.
+        p.chgbounds([x], ["U"], [3.0])
+        with pytest.raises(zorvan.SolverError, match="not an objective of the last solve"):
+            p.objattribs[0].lpobjval
 
     def test_errors(self, p):
         with pytest.raises(zorvan.ModelError, match="A problem's attribute cannot be set"):

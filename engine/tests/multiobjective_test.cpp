@@ -92,4 +92,23 @@ TEST_F(TwoObjectives, ControlsAndIndicesAreChecked) {
   expect_failure(ZRVSchgobjn(prob, 1, 1, cols, &q), "quadratic");
 }
 
+// Before a solve no objective has results, but which attributes are kept
+// per objective is known: an unknown identifier is named as such whatever
+// the index, a known one is refused for want of a solve.
+TEST_F(TwoObjectives, PerObjectiveAttributesAreKnownBeforeASolve) {
+  build();
+  int64_t i = 0;
+  double d = 0;
+  EXPECT_EQ(ZRVSgetobjintattrib64(prob, 0, ZRVS_COLS, &i), ZRVS_ERR_UNKNOWNID);
+  EXPECT_EQ(ZRVSgetobjintattrib64(prob, 7, ZRVS_COLS, &i), ZRVS_ERR_UNKNOWNID);
+  EXPECT_EQ(ZRVSgetobjdblattrib(prob, 0, ZRVS_OBJSENSE, &d), ZRVS_ERR_UNKNOWNID);
+  EXPECT_EQ(ZRVSgetobjintattrib64(prob, 0, ZRVS_LPSTATUS, &i), ZRVS_ERR_ARGUMENT);
+  expect_failure(ZRVSgetobjdblattrib(prob, 1, ZRVS_LPOBJVAL, &d),
+                 "not an objective of the last solve");
+  optimize();
+  EXPECT_EQ(ZRVSgetobjintattrib64(prob, 1, ZRVS_LPSTATUS, &i), 0);
+  EXPECT_EQ(i, ZRVS_LP_OPTIMAL);
+  EXPECT_EQ(ZRVSgetobjintattrib64(prob, 1, ZRVS_COLS, &i), ZRVS_ERR_UNKNOWNID);
+}
+
 }  // namespace

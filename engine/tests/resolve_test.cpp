@@ -186,4 +186,97 @@ TEST_F(Resolve, SeveralObjectiveLevelsHandTheWholeModelAgainNextTime) {
   EXPECT_EQ(counts[0], 2);  // the level rows of the two-level solve are gone
 }
 
+TEST_F(Resolve, RoundsOfCostSideRangeAndSenseChangesAreTakenAsChanges) {
+  build(150);
+  solve();
+  uint64_t pick = 3;
+  auto index = [&](int n) {
+    pick = pick * 2862933555777941757ULL + 3037000493ULL;
+    return static_cast<int>((pick >> 33) % static_cast<uint64_t>(n));
+  };
+  for (int round = 0; round < 12; ++round) {
+    // Costs of the objective (and its constant), sides and ranges of rows,
+    // a row's type, bounds of columns; some lines listed twice.
+    std::vector<int> cols = {index(150), index(150), -1};
+    cols.push_back(cols[0]);
+    std::vector<double> costs = {uniform(0, 25), uniform(0, 25), uniform(-5, 5), uniform(0, 25)};
+    ASSERT_EQ(ZRVSchgobj(prob, 4, cols.data(), costs.data()), 0) << last_error();
+    std::vector<int> rows = {index(150), index(150)};
+    std::vector<double> rhs = {uniform(20, 100), uniform(20, 100)};
+    ASSERT_EQ(ZRVSchgrhs(prob, 2, rows.data(), rhs.data()), 0);
+    if (round % 3 == 1) {
+      char type = 'R';
+      double range = uniform(5, 15);
+      ASSERT_EQ(ZRVSchgrowtype(prob, 1, rows.data(), &type), 0);
+      ASSERT_EQ(ZRVSchgrhsrange(prob, 1, rows.data(), &range), 0);
+    }
+    if (round % 3 == 2) {
+      char type = 'L';
+      ASSERT_EQ(ZRVSchgrowtype(prob, 1, rows.data() + 1, &type), 0);
+    }
+    int col = index(150);
+    char btype = round % 2 ? 'U' : 'B';
+    double bound = uniform(0, 8);
+    ASSERT_EQ(ZRVSchgbounds(prob, 1, &col, &btype, &bound), 0);
+    if (round == 6 || round == 8) {
+      ASSERT_EQ(ZRVSchgobjsense(prob, round == 6 ? ZRVS_OBJ_MINIMIZE : ZRVS_OBJ_MAXIMIZE), 0);
+    }
+    expect_fresh_optimum(solve());
+  }
+  EXPECT_EQ(counts[0], 1);
+  EXPECT_EQ(counts[1], 12);
+}
+
+TEST_F(Resolve, AControlChangedBetweenReSolvesReachesHiGHS) {
+  build(200);
+  solve();
+  int j = 0;
+  double ub = 0.0;
+  char type = 'U';
+  std::vector<double> x = lp_x();
+  j = static_cast<int>(std::max_element(x.begin(), x.end()) - x.begin());
+  ASSERT_EQ(ZRVSchgbounds(prob, 1, &j, &type, &ub), 0);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_LPITERLIMIT, 0), 0);
+  int solstatus = -1;
+  EXPECT_EQ(optimize(&solstatus), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_ITERLIMIT);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_LPITERLIMIT, 1000000), 0);
+  expect_fresh_optimum(solve());
+  EXPECT_EQ(counts[0], 1);
+}
+
+// A semi-continuous column is one for HiGHS only while its lower end is
+// above zero: bounds alone change what HiGHS must be told.
+TEST_F(Resolve, ABoundThatMakesAColumnSemiContinuousChangesItsTypeInAMipReSolve) {
+  // minimise 2x + 3y, x + y >= 1, x semi-continuous in [0, 10], y in [0, 1].
+  add_cols({2, 3}, {0, 0}, {10, 1});
+  add_row({1, 1}, 'G', 1);
+  set_types(0, "S");
+  EXPECT_NEAR(solve(), 2.0, 1e-9);  // x = 1
+  int col = 0;
+  char type = 'L';
+  double lb = 2.0;  // x = 0 or x in [2, 10]: y = 1 costs 3, x = 2 costs 4
+  ASSERT_EQ(ZRVSchgbounds(prob, 1, &col, &type, &lb), 0);
+  EXPECT_NEAR(solve(), 3.0, 1e-9);
+  EXPECT_NEAR(mip_x()[0], 0.0, 1e-9);
+  lb = 0.5;  // x = 1 again
+  ASSERT_EQ(ZRVSchgbounds(prob, 1, &col, &type, &lb), 0);
+  EXPECT_NEAR(solve(), 2.0, 1e-9);
+  EXPECT_EQ(counts[0], 1);
+}
+
+TEST_F(Resolve, MipReSolvesAfterCostAndSideChangesMatchAFreshSolve) {
+  build(40);
+  set_types(0, std::string(40, 'I'));
+  solve();
+  for (int round = 0; round < 4; ++round) {
+    int col = 3 * round, row = 5 * round + 1;
+    double cost = uniform(1, 30), rhs = uniform(30, 90);
+    ASSERT_EQ(ZRVSchgobj(prob, 1, &col, &cost), 0);
+    ASSERT_EQ(ZRVSchgrhs(prob, 1, &row, &rhs), 0);
+    expect_fresh_optimum(solve());
+  }
+  EXPECT_EQ(counts[0], 1);
+}
+
 }  // namespace

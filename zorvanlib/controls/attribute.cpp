@@ -64,7 +64,7 @@ PyObject *AttributeRepr(PyObject *self) {
   auto *a = reinterpret_cast<AttributeObject *>(self);
   ProblemHandles *p = a->problem;
   if (!p || !p->prob) return PyUnicode_FromString("<attributes of an uninitialized problem>");
-  PyObject *all = ReadAllValues(p, a->table, false, a->solve_index);
+  PyObject *all = ReadAllValues(p, a->table, false, a->solve_index, true);
   if (!all) return nullptr;
   PyObject *text = PyUnicode_FromFormat("%S", all);
   Py_DECREF(all);

@@ -67,7 +67,11 @@ PyObject *ReadValue(ProblemHandles *p, int id, int kind, int source, bool is_con
                     int index = -1);
 // A dict of every value of the table (controls or attributes) of a problem;
 // for an objective index, string and nonlinear attributes are left out.
-PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int index = -1);
+// With `for_display` (repr), a per-objective value the engine does not have
+// (before a solve, or an objective the last solve did not reach) shows as
+// None instead of raising.
+PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int index = -1,
+                        bool for_display = false);
 
 // Unpacks a descriptor tuple (id, kind, source). Returns 0 or -1.
 int UnpackDescriptor(PyObject *tuple, int &id, int &kind, int &source);

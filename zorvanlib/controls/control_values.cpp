@@ -191,7 +191,8 @@ bool PerObjective(ProblemHandles *p, int id, int kind) {
 
 }  // namespace
 
-PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int index) {
+PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int index,
+                        bool for_display) {
   PyObject *result = PyDict_New();
   if (!result) return nullptr;
   // Snapshot the table so no lock is held across engine calls.
@@ -212,6 +213,10 @@ PyObject *ReadAllValues(ProblemHandles *p, PyObject *table, bool is_control, int
       if (index >= 0 && (kind == kString || source != kMain || !PerObjective(p, id, kind)))
         continue;
       value = ReadValue(p, id, kind, source, is_control, index);
+      if (!value && for_display && index >= 0 && PyErr_ExceptionMatches(SolverError)) {
+        PyErr_Clear();
+        value = Py_NewRef(Py_None);
+      }
     }
     if (!value || PyDict_SetItem(result, PyTuple_GET_ITEM(pair, 0), value) < 0) {
       Py_XDECREF(value);

@@ -96,7 +96,7 @@ PyObject *ObjAttribRepr(PyObject *self) {
   PyObject *all = PyList_New(0);
   if (!all) return nullptr;
   for (Py_ssize_t i = 0; i < n && i <= INT32_MAX; ++i) {
-    PyObject *values = ReadAllValues(p, AttributeDict, false, static_cast<int>(i));
+    PyObject *values = ReadAllValues(p, AttributeDict, false, static_cast<int>(i), true);
     if (!values || PyList_Append(all, values) < 0) {
       Py_XDECREF(values);
       Py_DECREF(all);

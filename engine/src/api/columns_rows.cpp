@@ -57,28 +57,28 @@ int ZRVSchgbounds(ZRVSprob prob, int nbounds, const int colind[], const char bnd
                   const double bndval[]) {
   return problem_call(prob, "ZRVSchgbounds", [&](zrvs_problem &p) {
     p.model.change_bounds(nbounds, colind, bndtype, bndval, "ZRVSchgbounds");
-    if (nbounds > 0) p.model_changed(Change::values);
+    if (nbounds > 0) p.column_bounds_changed(nbounds, colind);
   });
 }
 
 int ZRVSchgrhs(ZRVSprob prob, int nrows, const int rowind[], const double rhs[]) {
   return problem_call(prob, "ZRVSchgrhs", [&](zrvs_problem &p) {
     p.model.change_rhs(nrows, rowind, rhs, "ZRVSchgrhs");
-    if (nrows > 0) p.model_changed(Change::values);
+    if (nrows > 0) p.rows_changed(nrows, rowind);
   });
 }
 
 int ZRVSchgrhsrange(ZRVSprob prob, int nrows, const int rowind[], const double rng[]) {
   return problem_call(prob, "ZRVSchgrhsrange", [&](zrvs_problem &p) {
     p.model.change_ranges(nrows, rowind, rng, "ZRVSchgrhsrange");
-    if (nrows > 0) p.model_changed(Change::values);
+    if (nrows > 0) p.rows_changed(nrows, rowind);
   });
 }
 
 int ZRVSchgrowtype(ZRVSprob prob, int nrows, const int rowind[], const char rowtype[]) {
   return problem_call(prob, "ZRVSchgrowtype", [&](zrvs_problem &p) {
     p.model.change_row_types(nrows, rowind, rowtype, "ZRVSchgrowtype");
-    if (nrows > 0) p.model_changed(Change::values);
+    if (nrows > 0) p.rows_changed(nrows, rowind);
   });
 }
 

@@ -11,7 +11,7 @@ extern "C" {
 int ZRVSchgobj(ZRVSprob prob, int ncols, const int colind[], const double objcoef[]) {
   return problem_call(prob, "ZRVSchgobj", [&](zrvs_problem &p) {
     p.model.change_objective(0, ncols, colind, objcoef, "ZRVSchgobj");
-    p.model_changed(Change::values);
+    p.costs_changed(ncols, colind);
   });
 }
 
@@ -19,7 +19,10 @@ int ZRVSchgobjn(ZRVSprob prob, int objidx, int ncols, const int colind[],
                 const double objcoef[]) {
   return problem_call(prob, "ZRVSchgobjn", [&](zrvs_problem &p) {
     p.model.change_objective(objidx, ncols, colind, objcoef, "ZRVSchgobjn");
-    p.model_changed(Change::values);
+    if (objidx == 0)
+      p.costs_changed(ncols, colind);
+    else
+      p.model_changed(Change::values);
   });
 }
 
@@ -33,7 +36,7 @@ int ZRVSdelobj(ZRVSprob prob, int objidx) {
 int ZRVSchgobjsense(ZRVSprob prob, int sense) {
   return problem_call(prob, "ZRVSchgobjsense", [&](zrvs_problem &p) {
     p.model.set_sense(sense, "ZRVSchgobjsense");
-    p.model_changed(Change::values);
+    p.sense_changed();
   });
 }
 

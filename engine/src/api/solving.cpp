@@ -25,6 +25,25 @@ const StageResult &stage_of(const SolveState &r, int objidx, const char *who) {
   return r.stages[s];
 }
 
+bool per_objective_int(int attrib) {
+  switch (attrib) {
+    case ZRVS_LPSTATUS:
+    case ZRVS_MIPSTATUS:
+    case ZRVS_SOLVESTATUS:
+    case ZRVS_SOLSTATUS:
+    case ZRVS_STOPSTATUS:
+    case ZRVS_SIMPLEXITER:
+    case ZRVS_BARITER:
+    case ZRVS_NODES: return true;
+  }
+  return false;
+}
+
+bool per_objective_dbl(int attrib) {
+  return attrib == ZRVS_LPOBJVAL || attrib == ZRVS_MIPOBJVAL || attrib == ZRVS_BESTBOUND ||
+         attrib == ZRVS_SOLVETIME;
+}
+
 }  // namespace
 
 extern "C" {
@@ -121,6 +140,10 @@ int ZRVSgetobjintattrib64(ZRVSprob prob, int objidx, int attrib, int64_t *value)
   const char *who = "ZRVSgetobjintattrib64";
   return problem_call(prob, who, [&](zrvs_problem &p) {
     require(value, "value", who);
+    // Unknown identifiers are named as such whatever the index, so that a
+    // caller can tell which attributes are kept per objective before a solve.
+    if (!per_objective_int(attrib))
+      fail(ZRVS_ERR_UNKNOWNID, "%s: %d is not a per-objective integer attribute", who, attrib);
     const StageResult &s = stage_of(p.results, objidx, who);
     switch (attrib) {
       case ZRVS_LPSTATUS: *value = s.lpstatus; return;
@@ -132,7 +155,6 @@ int ZRVSgetobjintattrib64(ZRVSprob prob, int objidx, int attrib, int64_t *value)
       case ZRVS_BARITER: *value = s.bariter; return;
       case ZRVS_NODES: *value = s.nodes; return;
     }
-    fail(ZRVS_ERR_UNKNOWNID, "%s: %d is not a per-objective integer attribute", who, attrib);
   });
 }
 
@@ -140,6 +162,8 @@ int ZRVSgetobjdblattrib(ZRVSprob prob, int objidx, int attrib, double *value) {
   const char *who = "ZRVSgetobjdblattrib";
   return problem_call(prob, who, [&](zrvs_problem &p) {
     require(value, "value", who);
+    if (!per_objective_dbl(attrib))
+      fail(ZRVS_ERR_UNKNOWNID, "%s: %d is not a per-objective double attribute", who, attrib);
     const SolveState &r = p.results;
     const StageResult &s = stage_of(r, objidx, who);
     switch (attrib) {
@@ -152,7 +176,6 @@ int ZRVSgetobjdblattrib(ZRVSprob prob, int objidx, int attrib, double *value) {
       case ZRVS_BESTBOUND: *value = s.bestbound; return;
       case ZRVS_SOLVETIME: *value = s.solvetime; return;
     }
-    fail(ZRVS_ERR_UNKNOWNID, "%s: %d is not a per-objective double attribute", who, attrib);
   });
 }
 

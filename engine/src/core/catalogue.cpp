@@ -79,6 +79,7 @@ void ControlValues::reset(int index) {
   ints_[index] = e.int_default;
   dbls_[index] = e.dbl_default;
   strs_[index] = e.str_default ? e.str_default : "";
+  ++version_;
 }
 
 int ControlValues::control_index(int id, ValueType type, const char *who) const {
@@ -115,6 +116,7 @@ void ControlValues::set_int(int id, int64_t value, const char *who) {
          static_cast<long long>(value), e.name, static_cast<long long>(e.int_min),
          static_cast<long long>(e.int_max));
   ints_[i] = value;
+  ++version_;
 }
 
 void ControlValues::set_dbl(int id, double value, const char *who) {
@@ -124,6 +126,7 @@ void ControlValues::set_dbl(int id, double value, const char *who) {
     fail(ZRVS_ERR_ARGUMENT, "%s: value %g of control %s is outside [%g, %g]", who, value,
          e.name, e.dbl_min, e.dbl_max);
   dbls_[i] = value;
+  ++version_;
 }
 
 void ControlValues::set_str(int id, const char *value, const char *who) {
@@ -134,6 +137,7 @@ void ControlValues::set_str(int id, const char *value, const char *who) {
     fail(ZRVS_ERR_ARGUMENT, "%s: the value of control %s is longer than %d bytes", who,
          catalogue_->entries()[i].name, ZRVS_MAXSTRINGLENGTH - 1);
   strs_[i] = std::move(text);
+  ++version_;
 }
 
 }  // namespace zorvan

@@ -73,10 +73,14 @@ class ControlValues {
   void set_dbl(int id, double value, const char *who);
   void set_str(int id, const char *value, const char *who);
   const Catalogue &catalogue() const { return *catalogue_; }
+  // Grows with every set or reset, so that a solver can tell whether the
+  // values it took are still current.
+  uint64_t version() const { return version_; }
 
  private:
   int control_index(int id, ValueType type, const char *who) const;
   const Catalogue *catalogue_;
+  uint64_t version_ = 0;
   std::vector<int64_t> ints_;
   std::vector<double> dbls_;
   std::vector<std::string> strs_;

@@ -107,10 +107,13 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   // The model's class decides what is solved: a model without discrete parts
   // is an LP (or QP) whichever entry point runs; lpoptimize on a model with
   // discrete parts solves its continuous relaxation.
-  const bool discrete = m.has_discrete();
+  // Whether it has discrete parts is worked out again only after changes
+  // that can alter it (changes of bounds, sides and costs cannot).
+  if (!p.changes.discrete_known()) p.changes.know_discrete(m.has_discrete());
+  const bool discrete = p.changes.discrete();
   request.mip = discrete && kind != SolveKind::lp;
   request.relaxation = discrete && !request.mip;
-  const ProblemClass problem_class = classify(m, request.relaxation);
+  const ProblemClass problem_class = classify_known(m, request.mip);
   std::unique_ptr<Backend> backend = backend_for(problem_class, p, who);
   backend->prepare(request);
   std::vector<Stage> stages = objective_stages(m);

@@ -5,7 +5,10 @@
 namespace zorvan {
 
 ProblemClass classify(const Model &m, bool relaxation) {
-  const bool discrete = !relaxation && m.has_discrete();
+  return classify_known(m, !relaxation && m.has_discrete());
+}
+
+ProblemClass classify_known(const Model &m, bool discrete) {
   if (m.formulas.terms() > 0) return discrete ? ProblemClass::minlp : ProblemClass::nlp;
   if (!m.qrows.empty()) return discrete ? ProblemClass::minlp : ProblemClass::qcqp;
   if (!m.qobj.empty()) {

@@ -11,6 +11,8 @@ enum class ProblemClass { lp, qp, nonconvex_qp, mip, miqp, qcqp, nlp, minlp };
 
 // The class of m; with `relaxation` its discrete parts are left out.
 ProblemClass classify(const Model &m, bool relaxation);
+// The class of m when whether its discrete parts count is already known.
+ProblemClass classify_known(const Model &m, bool discrete);
 
 // "LP", "QP", "MIP", ...
 const char *class_name(ProblemClass c);

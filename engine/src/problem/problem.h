@@ -50,6 +50,25 @@ struct zrvs_problem {
     results = SolveState();
     changes.note(what);
   }
+  // Called by changes of values on known lines (column bounds; sides,
+  // ranges or types of rows; costs of the first objective; the sense), so
+  // that a re-solve looks at those lines only.
+  void column_bounds_changed(int n, const int *index) {
+    results = SolveState();
+    changes.note_column_bounds(n, index, model.cols());
+  }
+  void rows_changed(int n, const int *index) {
+    results = SolveState();
+    changes.note_rows(n, index, model.rows());
+  }
+  void costs_changed(int n, const int *index) {
+    results = SolveState();
+    changes.note_costs(n, index, model.cols() + 1);
+  }
+  void sense_changed() {
+    results = SolveState();
+    changes.note_sense();
+  }
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();

@@ -7,6 +7,7 @@
 #include "solve/highs/basis.h"
 #include "solve/highs/instance.h"
 #include "solve/highs/loose_columns.h"
+#include "solve/highs/open_mip.h"
 #include "solve/highs/status.h"
 
 namespace zorvan {
@@ -42,8 +43,13 @@ bool add_cutoff_row(void *h, const zrvs_problem &p, bool mip, double cutoff) {
 
 void HighsBackend::prepare(const SolveRequest &request) {
   request_ = request;
-  build_ = build_for_highs(p_.model, request.mip ? SolveMode::mip : SolveMode::relaxation,
-                           request.who);
+  // After changes of values on known lines only, HiGHS takes those lines
+  // and nothing is built.
+  listed_ = p_.highs && !p_.changes.basis_loaded() && p_.model.objectives.size() == 1 &&
+            p_.highs->can_take_listed(p_.model, request.mip, p_.changes);
+  if (!listed_)
+    build_ = build_for_highs(p_.model, request.mip ? SolveMode::mip : SolveMode::relaxation,
+                             request.who);
 }
 
 void HighsBackend::start(const std::vector<Stage> &stages) {
@@ -56,16 +62,30 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   h_ = instance.handle();
   // The callback first, so that HiGHS's banner goes through it too.
   callback_.reset(new SolveCallback(h_, p_, mip));
-  apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
+  // Options are set again only when the controls, the algorithm or the
+  // threads changed since they were last set, or the model went over whole.
+  const uint64_t version = p_.controls.version();
+  const int threads = scheduler_->threads();
+  if (!listed_ || !instance.options_current(version, request_.algorithm, threads)) {
+    apply_controls(h_, p_, request_.algorithm, threads);
+    instance.options_set(version, request_.algorithm, threads);
+  }
   // HiGHS reports its MIP progress lines only while it logs; the lines
   // themselves reach messages only with outputlog >= 2.
-  if (mip && p_.events.any(EventKind::miplog)) Highs_setBoolOptionValue(h_, "output_flag", 1);
-  std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
-  if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
+  if (mip && p_.events.any(EventKind::miplog)) {
+    Highs_setBoolOptionValue(h_, "output_flag", 1);
+    instance.options_stale();
+  }
   const bool basis_loaded = p_.changes.basis_loaded();
   const bool repeated = !p_.changes.noted();
-  const HighsInstance::Loaded loaded =
-      instance.load(m, build_, stages[0].constant, mip, p_.changes, who);
+  HighsInstance::Loaded loaded;
+  if (listed_) {
+    loaded = instance.load_listed(m, stages[0].cost, stages[0].constant, p_.changes, who);
+  } else {
+    std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
+    if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
+    loaded = instance.load(m, build_, stages[0].constant, mip, p_.changes, who);
+  }
   const bool whole = loaded == HighsInstance::Loaded::whole;
   if (p_.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
     p_.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model"
@@ -81,7 +101,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   // A continuous LP starts from the basis HiGHS kept from the last solve;
   // after a whole transfer or a basis loaded by the user, from the basis
   // the problem keeps. The barrier does not use one.
-  keeps_basis_ = stages.size() == 1 && basis_applies(m, build_, mip);
+  keeps_basis_ = stages.size() == 1 && (listed_ ? !mip : basis_applies(m, build_, mip));
   const bool barrier = request_.algorithm == 'b' ||
                        (!request_.algorithm && p_.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
   std::vector<HighsInt> col_status, row_status;
@@ -172,6 +192,8 @@ void HighsBackend::run(StageResult &out) {
     disputed = said_infeasible && Highs_getModelStatus(h_) != kHighsModelStatusInfeasible;
   }
   record_stage(h_, request_.mip, p_.interrupt_reason.load(), out);
+  if (request_.mip && Highs_getModelStatus(h_) == kHighsModelStatusUnboundedOrInfeasible)
+    settle_open_verdict(out);
   if (disputed && request_.mip && out.mipstatus == ZRVS_MIP_OPTIMAL) {
     // The two runs disagree: the point found is feasible, but its
     // optimality is not proven (the relaxation may be unbounded).
@@ -182,10 +204,24 @@ void HighsBackend::run(StageResult &out) {
                "it; the solution is reported feasible, not optimal");
   }
   if (Highs_getModelStatus(h_) == kHighsModelStatusModelEmpty)
-    check_rows_without_columns(build_.lp.row_lower, build_.lp.row_upper,
+    check_rows_without_columns(p_.highs->row_lower(), p_.highs->row_upper(),
                                p_.controls.get_dbl(ZRVS_FEASTOL, request_.who), request_.mip,
                                out);
   refine_stop_reason(p_, out);
+}
+
+void HighsBackend::settle_open_verdict(StageResult &out) {
+  HighsInt primal_status = 0;
+  Highs_getIntInfoValue(h_, "primal_solution_status", &primal_status);
+  const OpenMipVerdict verdict =
+      settle_open_mip(h_, primal_status == kHighsSolutionStatusFeasible,
+                      p_.controls.get_dbl(ZRVS_TIMELIMIT, request_.who));
+  if (verdict == OpenMipVerdict::undecided) return;
+  const bool unbounded = verdict == OpenMipVerdict::unbounded;
+  out.solvestatus = ZRVS_SOLVESTATUS_COMPLETED;
+  out.stopstatus = ZRVS_STOP_NONE;
+  out.solstatus = unbounded ? ZRVS_SOLSTATUS_UNBOUNDED : ZRVS_SOLSTATUS_INFEASIBLE;
+  out.mipstatus = unbounded ? ZRVS_MIP_UNBOUNDED : ZRVS_MIP_INFEAS;
 }
 
 void HighsBackend::hold_level(const Stage &stage, double lower, double upper) {

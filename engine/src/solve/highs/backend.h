@@ -29,12 +29,15 @@ class HighsBackend : public Backend {
  private:
   // Runs HiGHS, again as long as callbacks ask for a restart.
   void run_until_settled();
+  // A MIP run that ended "unbounded or infeasible" decided by runs of its own.
+  void settle_open_verdict(StageResult &out);
 
   zrvs_problem &p_;
   SolveRequest request_;
   HighsBuild build_;
   void *h_ = nullptr;
   bool keeps_basis_ = false;
+  bool listed_ = false;  // HiGHS takes the listed changes; build_ stays empty
   // Declared in this order so that the callback is detached before the
   // scheduler is released.
   std::unique_ptr<SchedulerLease> scheduler_;

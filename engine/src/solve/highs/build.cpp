@@ -17,58 +17,16 @@ double to_highs(double v) {
 }
 
 void add_columns(const Model &m, SolveMode mode, LpBuilder &lp, const char *who) {
-  bool mip = mode == SolveMode::mip;
   for (int j = 0; j < m.cols(); ++j) {
-    double l = to_highs(m.lb[j]), u = to_highs(m.ub[j]);
-    HighsInt type = kHighsVarTypeContinuous;
-    switch (m.coltype[j]) {
-      case 'B':
-      case 'I':
-        if (mip) type = kHighsVarTypeInteger;
-        break;
-      case 'S':
-      case 'R': {
-        // 0, or between max(lb, threshold) and ub.
-        double low = std::max(l, m.limit[j]);
-        if (low <= 0.0) {
-          l = low;
-          if (mip && m.coltype[j] == 'R') type = kHighsVarTypeInteger;
-          break;
-        }
-        if (!mip) {
-          l = 0.0;
-          break;
-        }
-        if (std::isinf(u))
-          fail(ZRVS_ERR_UNSUPPORTED,
-               "%s: column %d is semi-continuous or semi-integer with an infinite upper bound; "
-               "give it a finite upper bound",
-               who, j);
-        l = low;
-        type = m.coltype[j] == 'S' ? kHighsVarTypeSemiContinuous : kHighsVarTypeSemiInteger;
-        break;
-      }
-      default: break;  // 'C'; 'P' is reformulated below
-    }
-    lp.add_column(l, u, type);
+    HighsColumn c = highs_column(m, j, mode, who);
+    lp.add_column(c.lower, c.upper, c.type);
   }
 }
 
 void add_rows(const Model &m, SolveMode mode, LpBuilder &lp) {
   for (int i = 0; i < m.rows(); ++i) {
-    double r = to_highs(m.rhs[i]);
-    double lo = -kHighsInf, up = kHighsInf;
-    switch (m.rowtype[i]) {
-      case 'L': up = r; break;
-      case 'G': lo = r; break;
-      case 'E': lo = up = r; break;
-      case 'R': up = r, lo = to_highs(m.rhs[i] - m.range[i]); break;
-      default: break;
-    }
-    // The relaxation drops indicator rows; the MIP enforces them through
-    // reformulate_indicators.
-    if (mode == SolveMode::relaxation && m.indcol[i] >= 0) lo = -kHighsInf, up = kHighsInf;
-    lp.add_row(lo, up);
+    HighsRow r = highs_row(m, i, mode);
+    lp.add_row(r.lower, r.upper);
   }
 }
 
@@ -94,6 +52,57 @@ HighsCsc hessian(const Model &m) {
 }
 
 }  // namespace
+
+HighsColumn highs_column(const Model &m, int j, SolveMode mode, const char *who) {
+  const bool mip = mode == SolveMode::mip;
+  HighsColumn c{to_highs(m.lb[j]), to_highs(m.ub[j]), kHighsVarTypeContinuous};
+  switch (m.coltype[j]) {
+    case 'B':
+    case 'I':
+      if (mip) c.type = kHighsVarTypeInteger;
+      break;
+    case 'S':
+    case 'R': {
+      // 0, or between max(lb, threshold) and ub.
+      double low = std::max(c.lower, m.limit[j]);
+      if (low <= 0.0) {
+        c.lower = low;
+        if (mip && m.coltype[j] == 'R') c.type = kHighsVarTypeInteger;
+        break;
+      }
+      if (!mip) {
+        c.lower = 0.0;
+        break;
+      }
+      if (std::isinf(c.upper))
+        fail(ZRVS_ERR_UNSUPPORTED,
+             "%s: column %d is semi-continuous or semi-integer with an infinite upper bound; "
+             "give it a finite upper bound",
+             who, j);
+      c.lower = low;
+      c.type = m.coltype[j] == 'S' ? kHighsVarTypeSemiContinuous : kHighsVarTypeSemiInteger;
+      break;
+    }
+    default: break;  // 'C'; 'P' is reformulated by reformulate_partial_integers
+  }
+  return c;
+}
+
+HighsRow highs_row(const Model &m, int i, SolveMode mode) {
+  double r = to_highs(m.rhs[i]);
+  HighsRow row{-kHighsInf, kHighsInf};
+  switch (m.rowtype[i]) {
+    case 'L': row.upper = r; break;
+    case 'G': row.lower = r; break;
+    case 'E': row.lower = row.upper = r; break;
+    case 'R': row.upper = r, row.lower = to_highs(m.rhs[i] - m.range[i]); break;
+    default: break;
+  }
+  // The relaxation drops indicator rows; the MIP enforces them through
+  // reformulate_indicators.
+  if (mode == SolveMode::relaxation && m.indcol[i] >= 0) row.lower = -kHighsInf, row.upper = kHighsInf;
+  return row;
+}
 
 double finite_lower(const Model &m, int j, const char *need, const char *who) {
   double l = m.lb[j];
@@ -160,6 +169,7 @@ HighsBuild build_for_highs(const Model &m, SolveMode mode, const char *who) {
   HighsBuild b;
   b.ncols = m.cols();
   b.nrows = m.rows();
+  b.lp.reserve(m.cols(), m.rows());
   add_columns(m, mode, b.lp, who);
   add_rows(m, mode, b.lp);
   if (mode == SolveMode::mip) {

@@ -29,6 +29,11 @@ struct LpBuilder {
   std::vector<int> erow, ecol;
   std::vector<double> eval;
 
+  void reserve(int ncols, int nrows) {
+    cost.reserve(ncols), col_lower.reserve(ncols), col_upper.reserve(ncols);
+    integrality.reserve(ncols);
+    row_lower.reserve(nrows), row_upper.reserve(nrows);
+  }
   int cols() const { return static_cast<int>(cost.size()); }
   int rows() const { return static_cast<int>(row_lower.size()); }
   int add_column(double lower, double upper, HighsInt type) {
@@ -59,6 +64,19 @@ struct HighsBuild {
   double sense = 1.0;  // 1 minimise, -1 maximise
   int ncols = 0, nrows = 0;  // the problem's own columns and rows
 };
+
+// Column j (or row i) as HiGHS takes it: bounds in HiGHS's infinity and the
+// type; semi-continuous parts and indicator rows of the relaxation
+// loosened. A column HiGHS cannot take throws, naming it.
+struct HighsColumn {
+  double lower, upper;
+  HighsInt type;
+};
+struct HighsRow {
+  double lower, upper;
+};
+HighsColumn highs_column(const Model &m, int j, SolveMode mode, const char *who);
+HighsRow highs_row(const Model &m, int i, SolveMode mode);
 
 // Builds the model for HiGHS. Throws zorvan::Error for what cannot be solved
 // exactly (infinite bounds needed for a reformulation, quadratic rows, ...).

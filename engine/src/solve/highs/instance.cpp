@@ -101,6 +101,85 @@ HighsInstance::Loaded HighsInstance::load(const Model &m, const HighsBuild &buil
   return whole ? Loaded::whole : changed_ ? Loaded::changes : Loaded::unchanged;
 }
 
+bool HighsInstance::can_take_listed(const Model &m, bool mip, const ChangeLog &log) const {
+  return h_ && mirrors_ && log.listed() && mip == mip_ && hessian_.value.empty() &&
+         m.qobj.empty() && m.cols() == static_cast<int>(cost_.size()) &&
+         m.rows() == static_cast<int>(row_lower_.size());
+}
+
+HighsInstance::Loaded HighsInstance::load_listed(const Model &m, const std::vector<double> &cost,
+                                                 double constant, ChangeLog &log,
+                                                 const char *who) {
+  const SolveMode mode = mip_ ? SolveMode::mip : SolveMode::relaxation;
+  mirrors_ = false;  // until HiGHS holds all of it again
+  changed_ = false;
+  // A line listed twice is sent once: the copy of what HiGHS holds is
+  // updated as each one is collected.
+  std::vector<HighsInt> index, types_index, types;
+  std::vector<double> lower, upper;
+  for (int j : log.column_bounds()) {
+    HighsColumn c = highs_column(m, j, mode, who);
+    if (c.lower != col_lower_[j] || c.upper != col_upper_[j]) {
+      index.push_back(j), lower.push_back(c.lower), upper.push_back(c.upper);
+      col_lower_[j] = c.lower, col_upper_[j] = c.upper;
+    }
+    // Bounds decide whether a semi-continuous column is one for HiGHS.
+    if (mip_ && c.type != integrality_[j]) {
+      types_index.push_back(j), types.push_back(c.type);
+      integrality_[j] = c.type;
+    }
+  }
+  if (!index.empty())
+    check(Highs_changeColsBoundsBySet(h_, static_cast<HighsInt>(index.size()), index.data(),
+                                      lower.data(), upper.data()),
+          "changed column bounds", who);
+  if (!types_index.empty())
+    check(Highs_changeColsIntegralityBySet(h_, static_cast<HighsInt>(types_index.size()),
+                                           types_index.data(), types.data()),
+          "changed column types", who);
+  changed_ = !index.empty() || !types_index.empty();
+  index.clear(), lower.clear(), upper.clear();
+  for (int i : log.rows()) {
+    HighsRow r = highs_row(m, i, mode);
+    if (r.lower == row_lower_[i] && r.upper == row_upper_[i]) continue;
+    index.push_back(i), lower.push_back(r.lower), upper.push_back(r.upper);
+    row_lower_[i] = r.lower, row_upper_[i] = r.upper;
+  }
+  if (!index.empty()) {
+    check(Highs_changeRowsBoundsBySet(h_, static_cast<HighsInt>(index.size()), index.data(),
+                                      lower.data(), upper.data()),
+          "changed row bounds", who);
+    changed_ = true;
+  }
+  index.clear(), lower.clear();
+  for (int j : log.costs()) {
+    if (j < 0 || cost[j] == cost_[j]) continue;
+    index.push_back(j), lower.push_back(cost[j]);
+    cost_[j] = cost[j];
+  }
+  if (!index.empty()) {
+    check(Highs_changeColsCostBySet(h_, static_cast<HighsInt>(index.size()), index.data(),
+                                    lower.data()),
+          "changed costs", who);
+    changed_ = true;
+  }
+  if (sense_ != m.objsense) {
+    check(Highs_changeObjectiveSense(
+              h_, m.objsense > 0 ? kHighsObjSenseMinimize : kHighsObjSenseMaximize),
+          "the objective sense", who);
+    changed_ = true;
+    sense_ = m.objsense;
+  }
+  if (offset_ != constant) {
+    check(Highs_changeObjectiveOffset(h_, constant), "the objective constant", who);
+    offset_ = constant;
+    changed_ = true;
+  }
+  mirrors_ = true;
+  log.clear();
+  return changed_ ? Loaded::changes : Loaded::unchanged;
+}
+
 void HighsInstance::transfer(const Model &m, const HighsBuild &build, bool mip, const char *who) {
   const LpBuilder &lp = build.lp;
   HighsCsc a = highs_matrix(m, lp);

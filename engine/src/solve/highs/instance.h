@@ -30,6 +30,33 @@ class HighsInstance {
   Loaded load(const Model &m, const HighsBuild &build, double constant, bool mip, ChangeLog &log,
             const char *who);
 
+  // Whether HiGHS holds the problem so that load_listed can bring it up to
+  // date: it mirrors the problem's lines in the same mode, without a
+  // quadratic objective, and `log` lists every change since.
+  bool can_take_listed(const Model &m, bool mip, const ChangeLog &log) const;
+  // Hands HiGHS the lines `log` lists (column bounds, rows, costs, taken
+  // from `cost`), the sense and `constant`, each only when it differs from
+  // what HiGHS holds. Clears `log`.
+  Loaded load_listed(const Model &m, const std::vector<double> &cost, double constant,
+                     ChangeLog &log, const char *who);
+
+  // Whether HiGHS's options were set from controls of this version with
+  // this algorithm and thread count since the last whole transfer.
+  bool options_current(uint64_t version, char algorithm, int threads) const {
+    return options_set_ && version == options_version_ && algorithm == options_algorithm_ &&
+           threads == options_threads_;
+  }
+  void options_set(uint64_t version, char algorithm, int threads) {
+    options_set_ = true, options_version_ = version;
+    options_algorithm_ = algorithm, options_threads_ = threads;
+  }
+  // An option was set apart from the controls: the next solve sets all again.
+  void options_stale() { options_set_ = false; }
+
+  // The row bounds HiGHS was last given.
+  const std::vector<double> &row_lower() const { return row_lower_; }
+  const std::vector<double> &row_upper() const { return row_upper_; }
+
   // The solve changed HiGHS's model beyond the problem's own (rows that
   // hold objective levels or the cutoff): the next load hands over all.
   void forget() { mirrors_ = false; }
@@ -52,6 +79,10 @@ class HighsInstance {
   std::vector<double> cost_, col_lower_, col_upper_, row_lower_, row_upper_;
   std::vector<HighsInt> integrality_;  // empty for a relaxation
   double offset_ = 0.0, sense_ = 1.0;
+  bool options_set_ = false;
+  uint64_t options_version_ = 0;
+  char options_algorithm_ = 0;
+  int options_threads_ = 0;
   HighsCsc hessian_;
 };
 
