@@ -50,6 +50,11 @@ void ReleaseProblem(ProblemObject *p) {
   delete std::exchange(p->colmap, nullptr);
   delete std::exchange(p->rowmap, nullptr);
   delete std::exchange(p->setmap, nullptr);
+  ForgetUserFunctions(p);
+}
+
+void ForgetUserFunctions(ProblemObject *p) {
+  if (UserFunctions *u = std::exchange(p->userfuncs, nullptr)) u->Unref();
 }
 
 void ReleaseAllProblems() {

@@ -39,6 +39,9 @@ PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
     });
     if (sigint.Deliver() < 0) return nullptr;
   }
+  // A user function that raised stopped the solve: its exception is the
+  // call's result, whatever the engine made of the stop.
+  if (p->userfuncs && p->userfuncs->TakeError()) return nullptr;
   if (rc != 0) return ReportError(self, nullptr);
   // An exception raised in a callback fails the call.
   if (PyErr_Occurred()) return nullptr;
