@@ -98,7 +98,7 @@ def run_zorvan(make, size):
     values = p.getSolution()
     t3 = time.perf_counter()
     assert len(values) == len(variables)
-    iterations = p.attributes.zslp_nlpiterations
+    iterations = p.attributes.zslp_nlpiter
     return dict(build=t1 - t0, solve=t2 - t1, read=t3 - t2, obj=p.getObjVal(),
                 status=p.getProbStatusString(), iter=iterations, deriv=float("nan"))
 
