@@ -6,7 +6,7 @@ Models (both layers build them with the same scalar loops a user writes):
             objective with N cosines and 2N squares (optimum 350 for every N
             from the start used here, t = x = 0.05 cos(ih), u = 0);
   rosen     the chained Rosenbrock function of n variables, unconstrained,
-            from x = (-1.2, 1, -1.2, 1, ...); optimum 0.
+            from x = 0; optimum 0 at x = 1.
 Each layer's time from its first variable to the values read back is split
 into
   build  variables, expressions, constraints and objective, handed to the
@@ -50,7 +50,7 @@ def clnlbeam_start(N):
 
 
 def rosen_start(n):
-    return [-1.2 if i % 2 == 0 else 1.0 for i in range(n)]
+    return [0.0] * n
 
 
 # --- zorvan ---------------------------------------------------------------------
