@@ -17,6 +17,7 @@ std::vector<CatalogueEntry> build() {
       objsense,
       {ZSLP_ORIGINALROWS, "zslp_originalrows", ValueType::integer, false},
       {ZSLP_ORIGINALCOLS, "zslp_originalcols", ValueType::integer, false},
+      {ZSLP_COEFFICIENTS, "zslp_coefficients", ValueType::integer, false},
       {ZSLP_NLPSTATUS, "zslp_nlpstatus", ValueType::integer, false},
       {ZSLP_OBJVAL, "zslp_objval", ValueType::real, false},
       {ZSLP_ZRVSPROB, "zslp_zrvsprob", ValueType::pointer, false},

@@ -57,6 +57,7 @@ int slp_int_attribute(const zslp_problem &s, int id, const char *who) {
   switch (id) {
     case ZSLP_ORIGINALROWS: return s.prob->model.rows();
     case ZSLP_ORIGINALCOLS: return s.prob->model.cols();
+    case ZSLP_COEFFICIENTS: return s.prob->model.formulas.terms();
     case ZSLP_NLPSTATUS: return s.nlpstatus;
   }
   fail(ZRVS_ERR_UNKNOWNID, "%s: unknown integer attribute %d", who, id);
