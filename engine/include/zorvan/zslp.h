@@ -32,10 +32,29 @@ typedef struct zslp_problem *ZSLPprob;
 #define ZSLP_OBJVAL 12179       /* double: objective of the last nonlinear solve */
 #define ZSLP_ZRVSPROB 12601     /* pointer: the main problem (ZRVSprob) */
 #define ZSLP_COEFFICIENTS 12750 /* int: formula terms (ZSLPaddcoefs) in the problem */
+/* Interior-point runs of the last nonlinear solve */
+#define ZSLP_NLPITER 12050         /* int: iterations */
+#define ZSLP_NLPSOLVETIME 12051    /* double: seconds of the nonlinear solve */
+#define ZSLP_NLPEVALTIME 12052     /* double: seconds in function and derivative evaluations */
+#define ZSLP_NLPSOLVERSTATUS 12053 /* int: the interior-point solver's own return code */
 /* ---- Controls ----------------------------------------------------------- */
 #define ZSLP_PRESOLVE 12415  /* int: 1 runs the nonlinear presolve, 0 not */
 #define ZSLP_OBJSENSE 12146  /* double: 1.0 minimise, -1.0 maximise */
 #define ZSLP_POSTSOLVE 12700 /* int: 1 returns the solution of the original problem */
+
+/* Controls of the interior-point solver (listed by ZSLPgetKTRcalist). The
+ * main problem's timelimit, bariterlimit and outputlog apply to it too:
+ * outputlog 2 and up sends its log, at ZSLP_IPOPT_PRINTLEVEL, to the
+ * problem's messages. */
+#define ZSLP_IPOPT_TOL 12801            /* double: relative convergence tolerance */
+#define ZSLP_IPOPT_ACCEPTABLETOL 12802  /* double: the looser tolerance accepted after
+                                           several iterations that cannot reach it */
+#define ZSLP_IPOPT_MAXITER 12803        /* int: iteration limit */
+#define ZSLP_IPOPT_PRINTLEVEL 12804     /* int 0..12: detail of the log */
+#define ZSLP_IPOPT_MUSTRATEGY 12805     /* int: 0 monotone barrier parameter, 1 adaptive */
+#define ZSLP_IPOPT_CONSTRVIOLTOL 12806  /* double: absolute tolerance on row violation */
+#define ZSLP_IPOPT_WARMSTART 12807      /* int: 1 starts from the last solution and its
+                                           multipliers when the shape still fits, 0 never */
 
 /* Values of ZSLP_NLPSTATUS */
 #define ZSLP_NLP_UNSTARTED 0
@@ -210,6 +229,24 @@ ZRVS_API int ZSLPadduserfunction(ZSLPprob slp, const char *name, int functype, i
 /* Called by a ZSLP_USERFUNC_VALUE function while it runs: its value is not
  * usable and the evaluation fails (a solve stops). */
 ZRVS_API int ZSLPsetfunctionerror(ZSLPprob slp);
+/* ======================================================================== */
+/* Nonlinear solutions                                                       */
+/* ======================================================================== */
+
+/* The solution of the last nonlinear solve (ZSLP_NLPSTATUS between 1 and 6):
+ * values, slacks (rhs - activity, the quadratic and formula parts of a row
+ * included), duals (change of the objective per unit increase of a row's
+ * rhs, as the LP duals) and reduced costs (gradient of the objective minus
+ * the rows' gradients weighted by the duals). Any pointer may be NULL. */
+ZRVS_API int ZSLPgetslpsol(ZSLPprob slp, double x[], double slack[], double duals[],
+                           double djs[]);
+
+/* Initial values for the nonlinear solver: column colind[k] starts at
+ * initial[k]. A value of magnitude ZRVS_PLUSINFINITY or more removes the
+ * column's initial value. Columns without one start from the last nonlinear
+ * solution when it fits, else from 0 moved into their bounds. */
+ZRVS_API int ZRVSnlpsetinitval(ZRVSprob prob, int nvars, const int colind[],
+                               const double initial[]);
 
 #ifdef __cplusplus
 }

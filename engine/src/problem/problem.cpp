@@ -60,6 +60,7 @@ void load_lp(zrvs_problem &p, const LpData &data, const char *who) {
   if (!data.name) model.name = p.model.name;
   model.objsense = p.model.objsense;
   p.model = std::move(model);
+  p.nlp_start = NlpStart();
   p.model_changed();
   p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model));
 }
