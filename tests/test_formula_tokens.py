@@ -1,6 +1,8 @@
 """Nonlinear bodies as the solver stores them: how a body is split into
 linear, quadratic and formula parts, and the token streams of the formulas,
 read back from the solver after addConstraint and setObjective."""
+import math
+
 import pytest
 
 import zorvan as z
@@ -20,7 +22,20 @@ def model():
 
 
 def formulas(p, row):
-    return zorvanlib._rowformulas(p, row)
+    """(column, factor, tokens) per column of the row's formulas, each the
+    only term of its column."""
+    got = zorvanlib._rowformulas(p, row)
+    assert all(terms == 1 for _, terms, _, _ in got)
+    return [(c, f, t) for c, _, f, t in got]
+
+
+def fixed_activity(p, lo_hi, row):
+    """The row's activity with the variables fixed: rhs minus slack."""
+    p.chgbounds([v for v, _ in lo_hi], ["B"] * len(lo_hi), [value for _, value in lo_hi])
+    p.setObjective(lo_hi[0][0])
+    p.optimize()
+    assert p.getProbStatusString() in ("nlp_solution", "nlp_globally_optimal")
+    return p.getSlack(row)
 
 
 def column(p, v):
@@ -46,27 +61,27 @@ def test_root_product_gives_the_column_and_factor_of_the_formula(model):
 def test_top_level_sum_gives_one_formula_per_tree_and_a_linear_rest(model):
     p, x, y, _ = model
     p.addConstraint(z.sin(x) + z.cos(x) + 3 * y <= 1)
-    got = formulas(p, 0)
-    assert [(c, f) for c, f, _ in got] == [(-1, 1.0), (-1, 1.0)]
-    assert got[0][2] == sin_of([(COL, column(p, x))])
-    assert got[1][2] == [(ARGS, 0), (COL, column(p, x)), (FUNC, COS)]
-    # The linear rest is an ordinary row entry: fix x and read the slack.
-    x.lb = x.ub = 0.5
-    y.lb = y.ub = -1.0
-    p.setObjective(y)
-    p.optimize()
-    import math
-    assert p.getSlack(0) == pytest.approx(1 - (math.sin(0.5) + math.cos(0.5) - 3), abs=1e-6)
+    [(col, terms, _, tokens)] = zorvanlib._rowformulas(p, 0)
+    assert (col, terms) == (-1, 2)
+    assert tokens.count((FUNC, SIN)) == 1 and tokens.count((FUNC, COS)) == 1
+    assert (COL, column(p, y)) not in tokens
+    # The linear rest is an ordinary row entry.
+    slack = fixed_activity(p, [(y, -1.0), (x, 0.5)], 0)
+    assert slack == pytest.approx(1 - (math.sin(0.5) + math.cos(0.5) - 3), abs=1e-6)
 
 
 def test_difference_negates_the_factor_of_its_right_side(model):
     p, x, y, w = model
-    p.addConstraint(z.exp(x) - z.sin(y) - 0 >= w)
-    got = formulas(p, 0)
-    assert sorted(f for _, f, _ in got) == [-1.0, 1.0]
-    by_factor = {f: t for _, f, t in got}
-    assert by_factor[1.0] == [(ARGS, 0), (COL, column(p, x)), (FUNC, EXP)]
-    assert by_factor[-1.0] == sin_of([(COL, column(p, y))])
+    p.addConstraint(z.exp(x) - z.sin(y) <= 2, z.exp(x) - z.sin(y) >= w)
+    [(col, terms, _, _)] = zorvanlib._rowformulas(p, 0)
+    assert (col, terms) == (-1, 2)
+    # A difference inside a difference is one formula of its own.
+    assert formulas(p, 1) == [(-1, 1.0, [(ARGS, 0), (COL, column(p, x)), (FUNC, EXP),
+                                         (ARGS, 0), (COL, column(p, y)), (FUNC, SIN),
+                                         (OP, MINUS)])]
+    slack = fixed_activity(p, [(w, 0.25), (x, 0.3), (y, 0.7)], 0)
+    assert slack == pytest.approx(2 - (math.exp(0.3) - math.sin(0.7)), abs=1e-6)
+    assert p.getSlack(1) == pytest.approx(-(math.exp(0.3) - math.sin(0.7) - 0.25), abs=1e-6)
 
 
 # --- token streams ------------------------------------------------------------
@@ -155,7 +170,7 @@ def test_depth_64_is_accepted_and_65_refused(model):
 def test_large_formulas_are_written_whole(model):
     p, x, y, _ = model
     e = z.exp(x)
-    for k in range(3000):
+    for k in range(1, 3001):
         e = e + z.sin(k * y)
     p.addConstraint(z.cos(e) <= 1)
     [(_, _, t)] = formulas(p, 0)

@@ -119,7 +119,7 @@ def test_nonlinear_objective_through_one_transfer_row_and_column():
     p.setObjective(z.sin(x) + z.cos(y) + x * y / 10, sense=z.maximize)
     assert names(p, 1).count("objtransferrow") == 1
     assert names(p, 2).count("objtransfercol") == 1
-    x.lb, x.ub, y.lb, y.ub = -1, 1, -1, 1
+    p.chgbounds([x, x, y, y], ["L", "U", "L", "U"], [-1, 1, -1, 1])
     solved(p)
     sx, sy = p.getSolution(x, y)
     assert p.getObjVal() == pytest.approx(math.sin(sx) + math.cos(sy) + sx * sy / 10, abs=1e-7)

@@ -22,7 +22,7 @@ def solve(p):
 
 
 def optimal(status):
-    return status in ("nlp_solution", "nlp_globally_optimal")
+    return status in ("nlp_solution", "nlp_globally_optimal", "lp_optimal")
 
 
 # --- Hock-Schittkowski problems ---------------------------------------------------
@@ -102,8 +102,8 @@ def hs040():
 
 def hs041():
     p = z.problem()
-    x = new_vars(p, 4, lb=0, ub=1)
-    x[3].ub = 2
+    x = [z.var(name=f"x{i + 1}", lb=0, ub=2 if i == 3 else 1) for i in range(4)]
+    p.addVariable(x)
     return p, 2 - x[0] * x[1] * x[2], [x[0] + 2 * x[1] + 2 * x[2] - x[3] == 0], x
 
 

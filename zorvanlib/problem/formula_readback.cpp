@@ -52,6 +52,11 @@ PyObject *RowFormulas(PyObject *, PyObject *args) {
   for (int k = 0; result && k < n; ++k) {
     if (rows[static_cast<size_t>(k)] != row) continue;
     const int col = cols[static_cast<size_t>(k)];
+    // A pair comes once per term, its terms one after another.
+    int terms = 1;
+    while (k + 1 < n && rows[static_cast<size_t>(k) + 1] == row &&
+           cols[static_cast<size_t>(k) + 1] == col)
+      ++terms, ++k;
     double factor = 1.0;
     int ntypes = 0;
     rc = CallUnlocked(
@@ -69,7 +74,8 @@ PyObject *RowFormulas(PyObject *, PyObject *args) {
       return RaiseSlpError(p, "The formulas could not be read"), nullptr;
     }
     PyObject *tokens = TokenList(type, value, ntypes);
-    PyObject *item = tokens ? Py_BuildValue("(idN)", col < 0 ? -1 : col, factor, tokens) : nullptr;
+    PyObject *item =
+        tokens ? Py_BuildValue("(iidN)", col < 0 ? -1 : col, terms, factor, tokens) : nullptr;
     if (!item || PyList_Append(result, item) < 0) Py_CLEAR(result);
     Py_XDECREF(item);
   }
@@ -80,10 +86,12 @@ const char RowFormulasDoc[] = ZRV_HELP(
     "Read the nonlinear formulas of a row back from the solver.",
     "zorvan._rowformulas(problem, row)",
     "problem: a problem; row: a row index.",
-    "zorvan._rowformulas(p, 0)  # [(column, factor, [(type, value), ...]), ...]",
-    "Each formula term of the row in the solver's order: the column that multiplies it (-1 "
-    "for none), its factor and its tokens in reverse Polish order without the end token. "
-    "Meant for inspecting how expressions were converted.",
+    "zorvan.zorvanlib._rowformulas(p, 0)  # [(column, terms, factor, [(type, value), ...])]",
+    "A list of (column, terms, factor, tokens): one entry per column that multiplies "
+    "formulas of the row (-1 for none), in the solver's order, with the number of its terms "
+    "and the factor and tokens (reverse Polish, without the end token) of its one term, or "
+    "of the sum of its terms with factor 1. Meant for inspecting how expressions were "
+    "converted.",
     "problem.addConstraint, problem.setObjective");
 
 }  // namespace zrv

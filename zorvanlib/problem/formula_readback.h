@@ -6,10 +6,10 @@
 
 namespace zrv {
 
-// zorvanlib._rowformulas(problem, row): a list of (column, factor, tokens)
-// for the formula terms of the row in the order the engine keeps them; the
-// column is -1 for none; tokens is a list of (type, value) pairs without
-// the end token.
+// zorvanlib._rowformulas(problem, row): a list of (column, terms, factor,
+// tokens), one per column that multiplies formulas of the row (-1 for
+// none), in the engine's order: how many terms it has, and the factor and
+// tokens (without the end token) of its one term or of their sum.
 PyObject *RowFormulas(PyObject *, PyObject *args);
 extern const char RowFormulasDoc[];
 

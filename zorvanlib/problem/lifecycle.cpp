@@ -55,6 +55,7 @@ void ReleaseProblem(ProblemObject *p) {
 
 void ForgetUserFunctions(ProblemObject *p) {
   if (UserFunctions *u = std::exchange(p->userfuncs, nullptr)) u->Unref();
+  delete std::exchange(p->objtokens, nullptr);
 }
 
 void ReleaseAllProblems() {

@@ -2,6 +2,8 @@
 // objective.
 #include "problem/objective_transfer.h"
 
+#include <new>
+#include <utility>
 #include <vector>
 
 #include "base/engine_call.h"
@@ -108,6 +110,9 @@ int AddTransfer(ProblemObject *p, FormulaBatch &formulas) {
   if (rc == 0) {
     p->nl_objective = 1;
     p->objtransfer = col;
+    delete std::exchange(p->objtokens, nullptr);
+    p->objtokens = new (std::nothrow) FormulaTokens(formulas.tokens());
+    p->objtokens_cols = col + 1;
     return 0;
   }
   KeepingError([&] {
@@ -119,8 +124,9 @@ int AddTransfer(ProblemObject *p, FormulaBatch &formulas) {
   return -1;
 }
 
-int RemoveTransfer(ProblemObject *p) {
-  if (!p->nl_objective) return 0;
+namespace {
+
+int TakeOut(ProblemObject *p) {
   int row, col;
   if (FindTransfer(p, &row, &col) < 0) return -1;
   ZRVSprob prob = p->prob;
@@ -131,6 +137,15 @@ int RemoveTransfer(ProblemObject *p) {
   if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
   p->nl_objective = 0;
   p->objtransfer = -1;
+  return 0;
+}
+
+}  // namespace
+
+int RemoveTransfer(ProblemObject *p) {
+  if (!p->nl_objective) return 0;
+  delete std::exchange(p->objtokens, nullptr);
+  if (TakeOut(p) < 0) return -1;
   return RecountNonlinearRows(p);
 }
 
@@ -138,11 +153,16 @@ int DetachTransfer(ProblemObject *p, DetachedTransfer &saved) {
   if (!p->nl_objective) return 0;
   int row, col;
   if (FindTransfer(p, &row, &col) < 0) return -1;
+  int ncols = 0;
+  if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
   saved.formulas = new FormulaBatch(p);
-  if (ReadRowFormulas(p, row, *saved.formulas) < 0) return -1;
-  const int nl_constraints = p->nl_constraints;
-  if (RemoveTransfer(p) < 0) return -1;
-  p->nl_constraints = nl_constraints;
+  // The copy kept when they were added serves while no column came or went.
+  if (p->objtokens && p->objtokens_cols == ncols) {
+    saved.formulas->tokens() = *p->objtokens;
+  } else if (ReadRowFormulas(p, row, *saved.formulas) < 0) {
+    return -1;
+  }
+  if (TakeOut(p) < 0) return -1;
   saved.active = true;
   return 0;
 }

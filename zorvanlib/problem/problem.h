@@ -10,6 +10,7 @@
 
 #include "base/index_map.h"
 #include "base/problem_handles.h"
+#include "nonlinear/formula_tokens.h"
 #include "nonlinear/user_functions.h"
 #include "zorvan/zslp.h"
 
@@ -38,6 +39,10 @@ struct ProblemObject : ProblemHandles {
   int64_t objtransfer;
   // Python functions called from formulas (null until the first).
   zrv::UserFunctions *userfuncs;
+  // The transfer row's formulas as last added, while the problem has as many
+  // columns as then (objtokens_cols); else they are read from the engine.
+  zrv::FormulaTokens *objtokens;
+  int32_t objtokens_cols;
   int64_t output_enabled;
   ProblemObject *prev;    // live-problem list
   ProblemObject *next;
@@ -61,7 +66,8 @@ inline ProblemObject *Checked(PyObject *self) {
 // problem; it becomes uninitialized. Safe to call more than once.
 void ReleaseProblem(ProblemObject *p);
 
-// Drops the problem's reference to its user functions.
+// Drops the problem's reference to its user functions and the copy of its
+// objective's formulas.
 void ForgetUserFunctions(ProblemObject *p);
 
 // Releases every live problem (used by the last environment stop).

@@ -31,6 +31,8 @@ void MoveState(ProblemObject *from, ProblemObject *to) {
   to->objtransfer = from->objtransfer;
   ForgetUserFunctions(to);
   to->userfuncs = std::exchange(from->userfuncs, nullptr);
+  to->objtokens = std::exchange(from->objtokens, nullptr);
+  to->objtokens_cols = from->objtokens_cols;
 }
 
 // Releases state moved out of a problem. The views still point at the
