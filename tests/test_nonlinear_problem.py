@@ -148,8 +148,19 @@ def test_rows_and_columns_added_later_go_before_the_transfer_ones():
     assert len(values) == 2 and values == pytest.approx(p.getSolution([x, y]))
     assert math.sin(values[1]) + values[0] >= 0.5 - 1e-6
     assert len(p.getDual()) == 1 and len(p.getSlack()) == 1
-    p.delVariable(x)
-    assert names(p, 2) == ["y", "objtransfercol"]
+    # A variable of a formula stays; an unused one goes, the transfer column
+    # moving down with the others.
+    v = z.var(name="v")
+    p.addVariable(v)
+    with pytest.raises(z.SolverError, match="used in a formula"):
+        p.delVariable(x)
+    assert names(p, 2) == ["x", "y", "v", "objtransfercol"]
+    p.delVariable(v)
+    assert names(p, 2) == ["x", "y", "objtransfercol"]
+    p.addVariable(v)
+    assert names(p, 2) == ["x", "y", "v", "objtransfercol"]
+    solved(p)
+    assert p.getSolution([x, y]) == pytest.approx(values, abs=1e-6)
 
 
 def test_objective_with_nonlinear_part_refused_beyond_the_first():
