@@ -5,25 +5,9 @@
 #include <vector>
 
 #include "test_support.h"
+#include "token_support.h"
 
 namespace {
-
-// Tokens of one formula, written as a builder.
-struct Tokens {
-  std::vector<int> type;
-  std::vector<double> value;
-  Tokens &con(double v) { return add(ZSLP_TOK_CON, v); }
-  Tokens &col(int c) { return add(ZSLP_TOK_COL, c); }
-  Tokens &args() { return add(ZSLP_TOK_ARGS, 0); }
-  Tokens &fn(int f) { return add(ZSLP_TOK_FUNC, f); }
-  Tokens &op(int o) { return add(ZSLP_TOK_OP, o); }
-  Tokens &user(int i) { return add(ZSLP_TOK_USERFUNC, i); }
-  Tokens &end() { return add(ZSLP_TOK_END, 0); }
-  Tokens &add(int t, double v) {
-    type.push_back(t), value.push_back(v);
-    return *this;
-  }
-};
 
 // Several terms in the arrays that ZSLPaddcoefs takes.
 struct Batch {
