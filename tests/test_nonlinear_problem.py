@@ -125,7 +125,7 @@ def test_nonlinear_objective_through_one_transfer_row_and_column():
     assert p.getObjVal() == pytest.approx(math.sin(sx) + math.cos(sy) + sx * sy / 10, abs=1e-7)
     assert p.getObjVal() >= math.sin(1) + 1 - 1e-6
     # A linear objective takes both out again; the LP solver answers.
-    p.setObjective(x + y)
+    p.setObjective(x + y, sense=z.minimize)
     assert "objtransferrow" not in names(p, 1) and "objtransfercol" not in names(p, 2)
     quiet(p).optimize()
     assert p.getProbStatusString() == "lp_optimal"
@@ -154,6 +154,10 @@ def test_rows_and_columns_added_later_go_before_the_transfer_ones():
     p.addVariable(v)
     with pytest.raises(z.SolverError, match="used in a formula"):
         p.delVariable(x)
+    with pytest.raises(z.ModelError, match="carries the nonlinear objective"):
+        p.delVariable(index=3)
+    with pytest.raises(z.ModelError, match="carries the nonlinear objective"):
+        p.delConstraint(index=1)
     assert names(p, 2) == ["x", "y", "v", "objtransfercol"]
     p.delVariable(v)
     assert names(p, 2) == ["x", "y", "objtransfercol"]
@@ -208,7 +212,7 @@ def test_nonlinear_constraints_are_deleted_like_others():
     p.addConstraint(c1, c2, c3)
     p.delConstraint(c1)
     assert p.getIndex(c2) == 0 and p.getIndex(c3) == 1
-    assert zorvanlib._rowformulas(p, 0)[0][2][-1] == (12, 18)
+    assert zorvanlib._rowformulas(p, 0)[0][3][-1] == (12, 18)
     solved(p)
     sx, sy = p.getSolution(x, y)
     assert sx == pytest.approx(-1, abs=1e-6) and sy == pytest.approx(-math.sqrt(8), abs=1e-5)

@@ -27,7 +27,7 @@ def optimal(status):
 
 # --- Hock-Schittkowski problems ---------------------------------------------------
 # Each builder returns (problem, objective, constraints, variables); the
-# published optimal objective value is in HS_OPTIMA.
+# published optimal objective value and starting point are in HS_OPTIMA.
 
 def hs071():
     p = z.problem()
@@ -116,17 +116,17 @@ def hs078():
 
 
 HS_OPTIMA = {
-    hs071: 17.0140173,
-    hs035: 1.0 / 9.0,
-    hs035_nonlinear: 1.0 / 9.0,
-    hs038: 0.0,
-    hs100: 680.6300573,
-    hs006: 0.0,
-    hs010: -1.0,
-    hs039: -1.0,
-    hs040: -0.25,
-    hs041: 52.0 / 27.0,
-    hs078: -2.91970041,
+    hs071: (17.0140173, (1, 5, 5, 1)),
+    hs035: (1.0 / 9.0, (0.5, 0.5, 0.5)),
+    hs035_nonlinear: (1.0 / 9.0, (0.5, 0.5, 0.5)),
+    hs038: (0.0, (-3, -1, -3, -1)),
+    hs100: (680.6300573, (1, 2, 0, 4, 0, 1, 1)),
+    hs006: (0.0, (-1.2, 1)),
+    hs010: (-1.0, (-10, 10)),
+    hs039: (-1.0, (2, 2, 2, 2)),
+    hs040: (-0.25, (0.8, 0.8, 0.8, 0.8)),
+    hs041: (52.0 / 27.0, (2, 2, 2, 2)),
+    hs078: (-2.91970041, (-2, 1.5, 2, -1, -1)),
 }
 
 
@@ -135,9 +135,10 @@ def test_hock_schittkowski_problems_reach_their_published_optima(build):
     p, obj, cons, x = build()
     p.addConstraint(cons)
     p.setObjective(obj)
+    f_star, start = HS_OPTIMA[build]
+    p.nlpsetinitval(x, list(start))
     status = solve(p)
     assert optimal(status), status
-    f_star = HS_OPTIMA[build]
     assert p.getObjVal() == pytest.approx(f_star, rel=1e-5, abs=1e-6)
     # The reported objective is the objective's value at the solution.
     assert p.getSolution(obj) == pytest.approx(p.getObjVal(), rel=1e-6, abs=1e-6)
