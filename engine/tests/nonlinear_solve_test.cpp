@@ -62,7 +62,9 @@ class NonlinearSolve : public ModelTest {
     add_cols({-sense, -sense}, {-1e20, -1e20}, {1e20, 1e20});
     int row = add_row({0, 0}, 'L', rhs);
     add_q(row, {0, 1}, {0, 1}, {1, 1});
-    if (sense < 0) ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+    if (sense < 0) {
+      ASSERT_EQ(ZRVSchgobjsense(prob, ZRVS_OBJ_MAXIMIZE), 0);
+    }
   }
   ZSLPprob slp = nullptr;
 };
@@ -200,6 +202,158 @@ TEST_F(NonlinearSolve, InfeasibleAndUnboundedEndWithTheirStatus) {
   EXPECT_EQ(sol, ZRVS_SOLSTATUS_UNBOUNDED);
   EXPECT_EQ(nlp_int(ZSLP_NLPSTATUS), ZSLP_NLP_UNBOUNDED);
   EXPECT_EQ(int_attrib(ZRVS_LPSTATUS), ZRVS_LP_UNBOUNDED);
+}
+
+// The iteration limit, the wall-clock limit and the log reach Ipopt through
+// the controls; a stopped solve keeps its last point with an unfinished
+// status.
+TEST_F(NonlinearSolve, ControlsReachTheSolver) {
+  disc();
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_MAXITER, 2), 0);
+  int sol = -1;
+  EXPECT_EQ(optimize(&sol), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(nlp_int(ZSLP_NLPSTATUS), ZSLP_NLP_UNFINISHED);
+  EXPECT_EQ(int_attrib(ZRVS_LPSTATUS), ZRVS_LP_UNFINISHED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_ITERLIMIT);
+  EXPECT_EQ(nlp_int(ZSLP_NLPITER), 2);
+  EXPECT_EQ(ZSLPgetslpsol(slp, nullptr, nullptr, nullptr, nullptr), 0)
+      << "the last point is kept";
+  // The main problem's barrier limit applies as well.
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_MAXITER, 3000), 0);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_BARITERLIMIT, 1), 0);
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(nlp_int(ZSLP_NLPITER), 1);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_BARITERLIMIT, 1000000), 0);
+
+  ASSERT_EQ(ZRVSsetdblcontrol(prob, ZRVS_TIMELIMIT, 0.0), 0);
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_TIMELIMIT);
+  ASSERT_EQ(ZRVSsetdblcontrol(prob, ZRVS_TIMELIMIT, 1e20), 0);
+}
+
+struct Log {
+  std::vector<std::string> lines;
+  ZRVSprob stop_on_iteration = nullptr;  // interrupts when set
+  ZSLPprob stop_companion = nullptr;      // interrupts through the companion when set
+};
+
+void collect(ZRVSprob, void *data, const char *msg, int, int) {
+  auto *log = static_cast<Log *>(data);
+  if (!msg) return;
+  log->lines.emplace_back(msg);
+  if (std::string(msg).find("iter") != 0) return;
+  if (log->stop_on_iteration) ZRVSinterrupt(log->stop_on_iteration, ZRVS_STOP_CTRLC);
+  if (log->stop_companion) ZSLPinterrupt(log->stop_companion, ZRVS_STOP_USER);
+}
+
+bool any_line(const Log &log, const std::string &part) {
+  for (const std::string &l : log.lines)
+    if (l.find(part) != std::string::npos) return true;
+  return false;
+}
+
+// The solver's log arrives line by line through the message callbacks from
+// outputlog 2 on, without a banner; the print level sets its detail; a
+// callback that interrupts stops the solve.
+TEST_F(NonlinearSolve, LogThroughMessagesAndInterrupt) {
+  disc();
+  Log log;
+  ASSERT_EQ(ZRVSaddcbmessage(prob, collect, &log, 0), 0);
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_OUTPUTLOG, 1), 0);
+  optimize();
+  EXPECT_FALSE(any_line(log, "Number of Iterations")) << "outputlog 1: summary only";
+  EXPECT_TRUE(any_line(log, "QCQP solve optimal"));
+
+  log.lines.clear();
+  ASSERT_EQ(ZRVSsetintcontrol(prob, ZRVS_OUTPUTLOG, 2), 0);
+  optimize();
+  EXPECT_TRUE(any_line(log, "Number of Iterations"));
+  EXPECT_FALSE(any_line(log, "Ipopt is released as open source")) << "no banner";
+  for (const std::string &l : log.lines) EXPECT_EQ(l.find('\n'), std::string::npos) << l;
+
+  log.lines.clear();
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_PRINTLEVEL, 0), 0);
+  optimize();
+  EXPECT_FALSE(any_line(log, "Number of Iterations"));
+
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_PRINTLEVEL, 5), 0);
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_WARMSTART, 0), 0);
+  log.stop_on_iteration = prob;
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_CTRLC);
+  EXPECT_EQ(nlp_int(ZSLP_NLPSTATUS), ZSLP_NLP_UNFINISHED);
+  EXPECT_LE(nlp_int(ZSLP_NLPITER), 1);
+
+  log.stop_on_iteration = nullptr;
+  log.stop_companion = slp;
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_STOPPED);
+  EXPECT_EQ(int_attrib(ZRVS_STOPSTATUS), ZRVS_STOP_USER);
+  // A request left over from an earlier solve does not stop the next one.
+  log.stop_companion = nullptr;
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_COMPLETED);
+}
+
+// A re-solve after a small change starts from the last solution and its
+// multipliers and needs fewer iterations than a start from scratch, and
+// reaches the same optimum.
+TEST_F(NonlinearSolve, WarmStartNeedsFewerIterations) {
+  // min sum c_j x_j s.t. sum x_j^2 <= 1: x = -c / |c|, objective -|c|.
+  const int n = 30;
+  std::vector<double> c(n), zero(n, 0.0), lb(n, -1e20), ub(n, 1e20);
+  double norm = 0;
+  for (int j = 0; j < n; ++j) c[j] = std::sin(j + 1.0), norm += c[j] * c[j];
+  add_cols(c, lb, ub);
+  int row = add_row(zero, 'L', 1.0);
+  std::vector<int> idx(n);
+  for (int j = 0; j < n; ++j) idx[j] = j;
+  add_q(row, idx, idx, std::vector<double>(n, 1.0));
+  optimize();
+  EXPECT_NEAR(nlp_dbl(ZSLP_OBJVAL), -std::sqrt(norm), 1e-7);
+
+  const double rhs = 1.05;
+  ASSERT_EQ(ZRVSchgrhs(prob, 1, &row, &rhs), 0);
+  optimize();
+  const int warm = nlp_int(ZSLP_NLPITER);
+  const double warm_objective = nlp_dbl(ZSLP_OBJVAL);
+  EXPECT_NEAR(warm_objective, -std::sqrt(norm * rhs), 1e-7);
+
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_WARMSTART, 0), 0);
+  optimize();
+  const int cold = nlp_int(ZSLP_NLPITER);
+  EXPECT_NEAR(nlp_dbl(ZSLP_OBJVAL), warm_objective, 1e-7);
+  EXPECT_LT(warm, cold);
+}
+
+// What the solver cannot take is refused before it runs, naming the part.
+TEST_F(NonlinearSolve, RefusalsNameWhatIsWrong) {
+  EXPECT_NE(ZSLPgetslpsol(slp, nullptr, nullptr, nullptr, nullptr), 0) << "nothing solved yet";
+  disc();
+  ASSERT_EQ(ZRVSaddnames(prob, 2, "x\0y", 0, 1), 0);
+  ASSERT_EQ(ZRVSaddnames(prob, 1, "disc", 0, 0), 0);
+  add_q(0, {0}, {1}, {1e300});
+  int solve = -1;
+  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr),
+                 "the quadratic coefficient of column 0 (x) and column 1 (y) in row 0 (disc)");
+  add_q(0, {0}, {1}, {-1e300});
+
+  // Several objectives: blended on one level they are one linear
+  // objective; levels of their own are refused.
+  int col = 0;
+  double one = 1;
+  ASSERT_EQ(ZRVSchgobjn(prob, 1, 1, &col, &one), 0) << last_error();
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_COMPLETED);
+  // min -y on the disc: (0, 1), where objective 0 (-x - y) is -1.
+  EXPECT_NEAR(nlp_dbl(ZSLP_OBJVAL), -1.0, 1e-7) << "objective 0 at the blend's optimum";
+  ASSERT_EQ(ZRVSsetobjintcontrol(prob, 1, ZRVS_OBJECTIVE_PRIORITY, 1), 0) << last_error();
+  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr), "several objectives");
+  ASSERT_EQ(ZRVSdelobj(prob, 1), 0);
+
+  // Integer columns; the continuous relaxation is still solved.
+  set_types(0, "I");
+  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr),
+                 "mixed-integer nonlinear models are not solvable yet");
+  ASSERT_EQ(ZRVSlpoptimize(prob, ""), 0) << last_error();
+  EXPECT_NEAR(nlp_dbl(ZSLP_OBJVAL), -std::sqrt(2.0), 1e-7);
 }
 
 }  // namespace

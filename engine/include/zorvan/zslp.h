@@ -31,12 +31,12 @@ typedef struct zslp_problem *ZSLPprob;
 #define ZSLP_NLPSTATUS 12044    /* int: status of the last nonlinear solve */
 #define ZSLP_OBJVAL 12179       /* double: objective of the last nonlinear solve */
 #define ZSLP_ZRVSPROB 12601     /* pointer: the main problem (ZRVSprob) */
-#define ZSLP_COEFFICIENTS 12750 /* int: formula terms (ZSLPaddcoefs) in the problem */
 /* Interior-point runs of the last nonlinear solve */
 #define ZSLP_NLPITER 12050         /* int: iterations */
 #define ZSLP_NLPSOLVETIME 12051    /* double: seconds of the nonlinear solve */
 #define ZSLP_NLPEVALTIME 12052     /* double: seconds in function and derivative evaluations */
 #define ZSLP_NLPSOLVERSTATUS 12053 /* int: the interior-point solver's own return code */
+#define ZSLP_COEFFICIENTS 12750 /* int: formula terms (ZSLPaddcoefs) in the problem */
 /* ---- Controls ----------------------------------------------------------- */
 #define ZSLP_PRESOLVE 12415  /* int: 1 runs the nonlinear presolve, 0 not */
 #define ZSLP_OBJSENSE 12146  /* double: 1.0 minimise, -1.0 maximise */
@@ -124,6 +124,24 @@ ZRVS_API int ZSLPgetdblattrib(ZSLPprob slp, int attrib, double *value);
 ZRVS_API int ZSLPgetstrattrib(ZSLPprob slp, int attrib, char *value);
 ZRVS_API int ZSLPgetptrattrib(ZSLPprob slp, int attrib, void **value);
 
+/* ======================================================================== */
+/* Nonlinear solutions                                                       */
+/* ======================================================================== */
+
+/* The solution of the last nonlinear solve (ZSLP_NLPSTATUS between 1 and 6):
+ * values, slacks (rhs - activity, the quadratic and formula parts of a row
+ * included), duals (change of the objective per unit increase of a row's
+ * rhs, as the LP duals) and reduced costs (gradient of the objective minus
+ * the rows' gradients weighted by the duals). Any pointer may be NULL. */
+ZRVS_API int ZSLPgetslpsol(ZSLPprob slp, double x[], double slack[], double duals[],
+                           double djs[]);
+
+/* Initial values for the nonlinear solver: column colind[k] starts at
+ * initial[k]. A value of magnitude ZRVS_PLUSINFINITY or more removes the
+ * column's initial value. Columns without one start from the last nonlinear
+ * solution when it fits, else from 0 moved into their bounds. */
+ZRVS_API int ZRVSnlpsetinitval(ZRVSprob prob, int nvars, const int colind[],
+                               const double initial[]);
 
 /* ======================================================================== */
 /* Formulas and user functions                                               */
@@ -134,9 +152,7 @@ ZRVS_API int ZSLPgetptrattrib(ZSLPprob slp, int attrib, void **value);
  * order, ended by a ZSLP_TOK_END token. Function arguments follow a
  * ZSLP_TOK_ARGS token and are written last argument first (the first
  * argument is the one just before the function token); operators take their
- * operands without it. min and max take their arguments in the order
- * written (among equal values the one written first gives the derivative,
- * abs'(0) = 1, sign' = 0). pwl takes its argument and then the breakpoints
+ * operands without it. pwl takes its argument and then the breakpoints
  * x1, y1, x2, y2, ... (constant tokens, x non-decreasing); between
  * breakpoints it interpolates, outside them it extends the first or last
  * piece. A formula with no token before its end token is the constant 1. */
@@ -231,24 +247,6 @@ ZRVS_API int ZSLPadduserfunction(ZSLPprob slp, const char *name, int functype, i
 /* Called by a ZSLP_USERFUNC_VALUE function while it runs: its value is not
  * usable and the evaluation fails (a solve stops). */
 ZRVS_API int ZSLPsetfunctionerror(ZSLPprob slp);
-/* ======================================================================== */
-/* Nonlinear solutions                                                       */
-/* ======================================================================== */
-
-/* The solution of the last nonlinear solve (ZSLP_NLPSTATUS between 1 and 6):
- * values, slacks (rhs - activity, the quadratic and formula parts of a row
- * included), duals (change of the objective per unit increase of a row's
- * rhs, as the LP duals) and reduced costs (gradient of the objective minus
- * the rows' gradients weighted by the duals). Any pointer may be NULL. */
-ZRVS_API int ZSLPgetslpsol(ZSLPprob slp, double x[], double slack[], double duals[],
-                           double djs[]);
-
-/* Initial values for the nonlinear solver: column colind[k] starts at
- * initial[k]. A value of magnitude ZRVS_PLUSINFINITY or more removes the
- * column's initial value. Columns without one start from the last nonlinear
- * solution when it fits, else from 0 moved into their bounds. */
-ZRVS_API int ZRVSnlpsetinitval(ZRVSprob prob, int nvars, const int colind[],
-                               const double initial[]);
 
 #ifdef __cplusplus
 }

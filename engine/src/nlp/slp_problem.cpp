@@ -57,13 +57,13 @@ int slp_int_attribute(const zslp_problem &s, int id, const char *who) {
   switch (id) {
     case ZSLP_ORIGINALROWS: return s.prob->model.rows();
     case ZSLP_ORIGINALCOLS: return s.prob->model.cols();
-    case ZSLP_COEFFICIENTS: return s.prob->model.formulas.terms();
     case ZSLP_NLPSTATUS: return s.prob->results.nlpstatus;
     case ZSLP_NLPITER:
       return s.prob->results.nlpstatus == ZSLP_NLP_UNSTARTED
                  ? 0
                  : static_cast<int>(s.prob->results.bariter);
     case ZSLP_NLPSOLVERSTATUS: return s.prob->results.nlpsolverstatus;
+    case ZSLP_COEFFICIENTS: return s.prob->model.formulas.terms();
   }
   fail(ZRVS_ERR_UNKNOWNID, "%s: unknown integer attribute %d", who, id);
 }

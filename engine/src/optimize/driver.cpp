@@ -43,18 +43,21 @@ std::unique_ptr<Backend> backend_for(ProblemClass c, zrvs_problem &p, const char
     case ProblemClass::qp:
     case ProblemClass::mip: break;
     case ProblemClass::qcqp:
-    case ProblemClass::nonconvex_qp:
-    case ProblemClass::nlp: return std::make_unique<nlp::IpoptBackend>(p, nullptr);
+    case ProblemClass::nonconvex_qp: return std::make_unique<nlp::IpoptBackend>(p, nullptr);
+    case ProblemClass::nlp:
+      fail(ZRVS_ERR_UNSUPPORTED,
+           "%s: the problem has formula terms (%d), and their evaluation is not built yet", who,
+           m.formulas.terms());
     case ProblemClass::minlp:
       fail(ZRVS_ERR_UNSUPPORTED,
            "%s: the problem has integer columns, sets or indicators together with quadratic "
-           "rows (%d rows); mixed-integer nonlinear models are not solvable yet (solve the "
+           "rows or formulas; mixed-integer nonlinear models are not solvable yet (solve the "
            "continuous relaxation with ZRVSlpoptimize)",
-           who, static_cast<int>(m.qrows.size()));
+           who);
     case ProblemClass::miqp:
       fail(ZRVS_ERR_UNSUPPORTED,
-           "%s: a quadratic objective with integer or other discrete parts (MIQP) is a "
-           "mixed-integer nonlinear model; such models are not solvable yet",
+           "%s: a quadratic objective with integer or other discrete parts (MIQP): "
+           "mixed-integer nonlinear models are not solvable yet",
            who);
   }
   if (!m.qobj.empty() && m.objectives.size() > 1)

@@ -6,6 +6,7 @@ namespace zorvan {
 
 ProblemClass classify(const Model &m, bool relaxation) {
   const bool discrete = !relaxation && m.has_discrete();
+  if (m.formulas.terms() > 0) return discrete ? ProblemClass::minlp : ProblemClass::nlp;
   if (!m.qrows.empty()) return discrete ? ProblemClass::minlp : ProblemClass::qcqp;
   if (!m.qobj.empty()) {
     if (discrete) return ProblemClass::miqp;

@@ -7,6 +7,7 @@
 #include "coin/IpIpoptApplication.hpp"
 #include "coin/IpSolveStatistics.hpp"
 #include "nlp/ipopt/journal.h"
+#include "nlp/ipopt/model_check.h"
 #include "nlp/ipopt/options.h"
 #include "nlp/ipopt/status.h"
 #include "nlp/slp_problem.h"
@@ -34,6 +35,9 @@ void IpoptBackend::prepare(const SolveRequest &request) {
   request_ = request;
   if (request.mip)
     fail(ZRVS_ERR_UNSUPPORTED, "%s: Ipopt solves continuous models only", request.who);
+  const std::string why = unusable_part(p_.model);
+  if (!why.empty())
+    fail(ZRVS_ERR_ARGUMENT, "%s: Ipopt cannot take the model: %s", request.who, why.c_str());
 }
 
 void IpoptBackend::start(const std::vector<Stage> &stages) {
@@ -41,6 +45,9 @@ void IpoptBackend::start(const std::vector<Stage> &stages) {
     fail(ZRVS_ERR_UNSUPPORTED,
          "%s: several objectives with quadratic rows, a nonconvex quadratic objective or "
          "formulas are not supported",
+         request_.who);
+  if (!p_.model.qobj.empty() && p_.model.objectives.size() > 1)
+    fail(ZRVS_ERR_UNSUPPORTED, "%s: several objectives with a quadratic objective",
          request_.who);
   functions_ = std::make_unique<NlpFunctions>(p_.model, stages[0], std::move(formulas_));
   if (p_.slp) p_.slp->interrupt_reason.store(ZRVS_STOP_NONE);
