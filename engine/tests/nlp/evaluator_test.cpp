@@ -448,17 +448,22 @@ TEST(Evaluator, FailuresOutsideTheDomain) {
   }
 }
 
-// Random compositions of every function and operator over four variables,
-// several rows sharing subtrees, against differences.
-TEST(Evaluator, RandomCompositions) {
-  std::mt19937 rng(2024);
+// Random compositions of every function and operator, several rows sharing
+// subtrees, against differences: over four variables (elements of few
+// variables, carried forward) and over nine (larger elements, swept in
+// reverse).
+class RandomCompositions : public ::testing::TestWithParam<int> {};
+
+TEST_P(RandomCompositions, AgainstDifferences) {
+  const int n = GetParam();
+  std::mt19937 rng(2024 + n);
   // Functions that stay defined on any finite argument after the squashing
   // below (atan keeps arguments of log, sqrt, asin and acos in range).
   auto squash = [](const Tokens &t) { return apply(ZSLP_FN_ATAN, t); };
   std::function<Tokens(int)> grow = [&](int depth) -> Tokens {
     std::uniform_int_distribution<int> pick(0, depth <= 0 ? 1 : 12);
     switch (pick(rng)) {
-      case 0: return x(std::uniform_int_distribution<int>(0, 3)(rng));
+      case 0: return x(std::uniform_int_distribution<int>(0, n - 1)(rng));
       case 1: return c(std::uniform_real_distribution<double>(-2, 2)(rng));
       case 2: return binop(grow(depth - 1), ZSLP_OP_PLUS, grow(depth - 1));
       case 3: return binop(grow(depth - 1), ZSLP_OP_MINUS, grow(depth - 1));
@@ -476,18 +481,68 @@ TEST(Evaluator, RandomCompositions) {
       default: return binop(grow(depth - 1), ZSLP_OP_POWER, c(3));
     }
   };
+  int large = 0;
   for (int model = 0; model < 20; ++model) {
-    Formulas f(4, 3);
+    Formulas f(n, 3);
     Tokens shared = grow(3);
     for (int r = 0; r < 3; ++r) {
-      f.term(r, binop(grow(3), ZSLP_OP_MULTIPLY, shared), -1, 1.0 + r);
+      f.term(r, binop(grow(n > 4 ? 4 : 3), ZSLP_OP_MULTIPLY, shared), -1, 1.0 + r);
       f.term(r, grow(2), r, -0.5);
     }
     auto ev = f.compile();
     std::uniform_real_distribution<double> pt(-1, 1);
-    std::vector<double> at{pt(rng), pt(rng), pt(rng), pt(rng)};
-    check_derivatives(*ev, 4, at, {0.5, -1.0, 2.0}, "model " + std::to_string(model));
+    std::vector<double> at(n);
+    for (double &v : at) v = pt(rng);
+    check_derivatives(*ev, n, at, {0.5, -1.0, 2.0}, "model " + std::to_string(model));
+    std::set<int> cols(ev->jacobian_pattern().col.begin(), ev->jacobian_pattern().col.end());
+    large += cols.size() > 4;
   }
+  if (n > 4) {
+    EXPECT_GT(large, 5) << "too few rows of more than four variables";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Evaluator, RandomCompositions, ::testing::Values(4, 9));
+
+}  // namespace
+
+namespace {
+
+// The store's version tells a compiled copy that it is stale: it changes
+// with every change of formulas, user functions and renumbering, and not
+// when nothing changed.
+TEST(FormulaStore, VersionChangesWithEveryChange) {
+  Formulas f(3, 3);
+  const zorvan::FormulaStore &s = f.model.formulas;
+  uint64_t v = s.version();
+  auto changed = [&] {
+    bool c = s.version() != v;
+    v = s.version();
+    return c;
+  };
+  f.term(1, apply(ZSLP_FN_SIN, x(2)));
+  EXPECT_TRUE(changed());
+  int none = 0, start = 0;
+  zorvan::FormulaInput empty{0, &none, &none, nullptr, &start, &none, nullptr};
+  f.model.formulas.add(empty, 3, 3, "test");
+  EXPECT_FALSE(changed()) << "adding nothing";
+  f.model.formulas.add_user_function({"u", ZSLP_USERFUNC_VALUE, 1,
+                                      reinterpret_cast<ZSLP_userfunc>(&plain), nullptr},
+                                     "test");
+  EXPECT_TRUE(changed());
+  f.model.delete_rows({1, 0, 0});
+  EXPECT_TRUE(changed());
+  EXPECT_EQ(s.row(0), 0) << "row 1 is row 0 now";
+  f.model.delete_columns({1, 0, 0});
+  EXPECT_TRUE(changed());
+  // The compiled copy reads the renumbered column: sin(x1) at x = (0, 0.5).
+  auto ev = f.compile();
+  std::vector<double> pt{0, 0.5};
+  EXPECT_NEAR(Dense(*ev, 2).values(pt)[0], std::sin(0.5), 1e-15);
+  int row = 0, col = -1;
+  f.model.formulas.remove(1, &row, &col, 2, "test");
+  EXPECT_TRUE(changed());
+  EXPECT_EQ(s.terms(), 0);
 }
 
 }  // namespace

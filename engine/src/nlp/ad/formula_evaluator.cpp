@@ -202,12 +202,16 @@ void TapeEvaluator::build_hessian() {
 }
 
 EvalFailure TapeEvaluator::at(const double *x, int level) {
-  if (level_ >= level && std::memcmp(x, x_.data(), sizeof(double) * ncols_) == 0)
-    return EvalFailure::none;
-  level_ = -1;
-  EvalFailure f = pass_.run(x, level);
-  if (f != EvalFailure::none) return f;
-  std::memcpy(x_.data(), x, sizeof(double) * ncols_);
+  if (level_ < 0 || std::memcmp(x, x_.data(), sizeof(double) * ncols_) != 0) {
+    level_ = -1;
+    EvalFailure f = pass_.values(x);
+    if (f != EvalFailure::none) return f;
+    std::memcpy(x_.data(), x, sizeof(double) * ncols_);
+    level_ = 0;
+  }
+  if (level_ >= level) return EvalFailure::none;
+  EvalFailure f = pass_.derivatives(level, level_);
+  if (f != EvalFailure::none) return f;  // the values stay valid
   level_ = level;
   return EvalFailure::none;
 }

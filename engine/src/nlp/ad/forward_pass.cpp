@@ -47,21 +47,25 @@ EvalFailure ForwardPass::domain(int i, const std::string &what) {
   return EvalFailure::domain;
 }
 
-EvalFailure ForwardPass::user_node(int i, int level) {
+EvalFailure ForwardPass::user_node(int i, int level, bool gradient_held) {
   const Graph &g = *g_;
   const UserFunction &f = store_->user_function(static_cast<int>(g.num[i]));
   int m = g.b[i];
   args_.resize(m);
   for (int k = 0; k < m; ++k) args_[k] = val[g.list[g.aux[i] + k]];
-  CallResult r = level == 0 ? call_value(f, args_.data(), &val[i])
-                            : call_gradient(f, args_.data(), &val[i], &ugrad[uat[i]]);
+  CallResult r = CallResult::ok;
+  double v;
+  if (level == 0)
+    r = call_value(f, args_.data(), &val[i]);
+  else if (!gradient_held)
+    r = call_gradient(f, args_.data(), &v, &ugrad[uat[i]]);
   if (r == CallResult::ok && level == 2) r = call_hessian(f, args_.data(), &uhess[hat[i]]);
   if (r == CallResult::ok) return EvalFailure::none;
   failure_ = describe_call(f, args_.data(), r);
   return r == CallResult::failed ? EvalFailure::user_function : EvalFailure::domain;
 }
 
-EvalFailure ForwardPass::run(const double *x, int level) {
+EvalFailure ForwardPass::values(const double *x) {
   const Graph &g = *g_;
   const int n = g.size();
   const Op *op = g.op.data();
@@ -73,22 +77,16 @@ EvalFailure ForwardPass::run(const double *x, int level) {
       case Op::variable: v[i] = x[g.aux[i]]; break;
       case Op::add: v[i] = v[a[i]] + v[b[i]]; break;
       case Op::sub: v[i] = v[a[i]] - v[b[i]]; break;
-      case Op::mul:
-        v[i] = v[a[i]] * v[b[i]];
-        if (level >= 1) da[i] = v[b[i]], db[i] = v[a[i]];
-        break;
+      case Op::mul: v[i] = v[a[i]] * v[b[i]]; break;
+      case Op::neg: v[i] = -v[a[i]]; break;
       case Op::div: {
         double y = v[b[i]];
         if (y == 0) return domain(i, "division by zero (" + number(v[a[i]]) + " / 0)");
-        double q = v[a[i]] / y;
-        v[i] = q;
-        if (level >= 1) da[i] = 1 / y, db[i] = -q / y;
-        if (level >= 2) dab[i] = -1 / (y * y), dbb[i] = 2 * q / (y * y);
+        v[i] = v[a[i]] / y;
         break;
       }
       case Op::pow: {
         double base = v[a[i]], e = v[b[i]];
-        bool constant_exponent = g.is_constant(b[i]);
         if (base < 0 && !is_integer(e))
           return domain(i, "** of a negative base (" + number(base) +
                                ") with a non-integer exponent (" + number(e) + ")");
@@ -97,26 +95,25 @@ EvalFailure ForwardPass::run(const double *x, int level) {
         if (!std::isfinite(p))
           return domain(i, number(base) + " ** " + number(e) + " is not a finite number");
         v[i] = p;
-        if (level == 0) break;
-        if (constant_exponent) {
-          double d1 = e == 2 ? 2 * base : (e == 0 ? 0 : e * std::pow(base, e - 1));
-          double d2 = e == 2 ? 2 : (e == 0 ? 0 : e * (e - 1) * std::pow(base, e - 2));
-          if (!std::isfinite(d1) || (level >= 2 && !std::isfinite(d2)))
-            return domain(i, "** has no derivative at base " + number(base) + ", exponent " +
-                                 number(e));
-          da[i] = d1, daa[i] = d2;
-        } else {
-          if (!(base > 0))
-            return domain(i, "** with a variable exponent needs a positive base for its "
-                             "derivatives, not " + number(base));
-          double ln = std::log(base);
-          da[i] = e * p / base, db[i] = p * ln;
-          if (level >= 2) {
-            daa[i] = e * (e - 1) * p / (base * base);
-            dab[i] = p / base * (1 + e * ln);
-            dbb[i] = p * ln * ln;
-          }
-        }
+        break;
+      }
+      // Sine and cosine keep their derivatives, which come with the value.
+      case Op::sin:
+      case Op::cos: {
+        double s, c;
+        sincos(v[a[i]], &s, &c);
+        if (op[i] == Op::sin)
+          v[i] = s, da[i] = c;
+        else
+          v[i] = c, da[i] = -s;
+        daa[i] = -v[i];
+        break;
+      }
+      case Op::exp: {
+        double e = std::exp(v[a[i]]);
+        if (!std::isfinite(e))
+          return domain(i, "exp of " + number(v[a[i]]) + " is not a finite number");
+        v[i] = da[i] = daa[i] = e;
         break;
       }
       case Op::min:
@@ -139,7 +136,7 @@ EvalFailure ForwardPass::run(const double *x, int level) {
         break;
       }
       case Op::user: {
-        EvalFailure f = user_node(i, level);
+        EvalFailure f = user_node(i, 0, false);
         if (f != EvalFailure::none) return f;
         break;
       }
@@ -152,12 +149,72 @@ EvalFailure ForwardPass::run(const double *x, int level) {
                                (bounded ? ": the argument is outside its domain"
                                         : " is not a finite number"));
         }
-        if (level >= 1 && op[i] != Op::neg) {
-          double d1, d2;
-          if (!unary_derivatives(op[i], arg, v[i], &d1, &d2))
-            return domain(i, std::string(op_name(op[i])) + " has no derivative at " + number(arg));
+      }
+    }
+  }
+  return EvalFailure::none;
+}
+
+EvalFailure ForwardPass::derivatives(int level, int held) {
+  const Graph &g = *g_;
+  const int n = g.size();
+  const Op *op = g.op.data();
+  const int *a = g.a.data(), *b = g.b.data();
+  const double *v = val.data();
+  const bool second = level >= 2;
+  for (int i = 0; i < n; ++i) {
+    switch (op[i]) {
+      case Op::constant:
+      case Op::variable:
+      case Op::add:
+      case Op::sub:
+      case Op::neg:
+      case Op::sin:
+      case Op::cos:
+      case Op::exp:
+      case Op::min:
+      case Op::max:
+      case Op::pwl: break;  // constant or kept by the value pass
+      case Op::mul: da[i] = v[b[i]], db[i] = v[a[i]]; break;
+      case Op::div: {
+        double y = v[b[i]], q = v[i];
+        da[i] = 1 / y, db[i] = -q / y;
+        if (second) dab[i] = -1 / (y * y), dbb[i] = 2 * q / (y * y);
+        break;
+      }
+      case Op::pow: {
+        double base = v[a[i]], e = v[b[i]], p = v[i];
+        if (g.is_constant(b[i])) {
+          double d1 = e == 2 ? 2 * base : (e == 0 ? 0 : e * std::pow(base, e - 1));
+          double d2 = !second ? 0 : e == 2 ? 2 : (e == 0 ? 0 : e * (e - 1) * std::pow(base, e - 2));
+          if (!std::isfinite(d1) || !std::isfinite(d2))
+            return domain(i, "** has no derivative at base " + number(base) + ", exponent " +
+                                 number(e));
           da[i] = d1, daa[i] = d2;
+        } else {
+          if (!(base > 0))
+            return domain(i, "** with a variable exponent needs a positive base for its "
+                             "derivatives, not " + number(base));
+          double ln = std::log(base);
+          da[i] = e * p / base, db[i] = p * ln;
+          if (second) {
+            daa[i] = e * (e - 1) * p / (base * base);
+            dab[i] = p / base * (1 + e * ln);
+            dbb[i] = p * ln * ln;
+          }
         }
+        break;
+      }
+      case Op::user: {
+        EvalFailure f = user_node(i, level, held >= 1);
+        if (f != EvalFailure::none) return f;
+        break;
+      }
+      default: {
+        double arg = v[a[i]], d1, d2;
+        if (!unary_derivatives(op[i], arg, v[i], &d1, &d2))
+          return domain(i, std::string(op_name(op[i])) + " has no derivative at " + number(arg));
+        da[i] = d1, daa[i] = d2;
       }
     }
   }

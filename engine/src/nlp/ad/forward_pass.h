@@ -18,8 +18,12 @@ class ForwardPass {
   // depend on the point (sums, differences, negation, products' dab).
   void prepare(const Graph &g, const FormulaStore &store);
 
-  // level 0: values; 1: and first derivatives; 2: and second derivatives.
-  EvalFailure run(const double *x, int level);
+  // Values at x (with the derivatives that come with them: sin, cos, exp,
+  // pwl, the choice of min and max).
+  EvalFailure values(const double *x);
+  // Derivatives at the point of the last values: level 1 first, 2 also
+  // second derivatives; `held` is the level already computed there (0 or 1).
+  EvalFailure derivatives(int level, int held);
   const std::string &failure_text() const { return failure_; }
 
   std::vector<double> val, da, db, daa, dab, dbb;
@@ -31,7 +35,7 @@ class ForwardPass {
 
  private:
   EvalFailure domain(int i, const std::string &what);
-  EvalFailure user_node(int i, int level);
+  EvalFailure user_node(int i, int level, bool gradient_held);
 
   const Graph *g_ = nullptr;
   const FormulaStore *store_ = nullptr;

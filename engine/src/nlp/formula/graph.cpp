@@ -21,15 +21,45 @@ const char *op_name(Op op) {
   return names[static_cast<int>(op)];
 }
 
-int Graph::make(Op o, int x, int y, int z, double v) {
+uint64_t Graph::hash(Op o, int x, int y, int z, double v) const {
   uint64_t bits;
   std::memcpy(&bits, &v, sizeof bits);
-  Key key{static_cast<int>(o), x, y, z, bits};
-  auto found = index_.find(key);
-  if (found != index_.end()) return found->second;
+  uint64_t h = static_cast<uint64_t>(o) + 0x9E3779B97F4A7C15ull;
+  for (uint64_t part : {static_cast<uint64_t>(static_cast<uint32_t>(x)),
+                        static_cast<uint64_t>(static_cast<uint32_t>(y)),
+                        static_cast<uint64_t>(static_cast<uint32_t>(z)), bits}) {
+    h ^= part + 0x9E3779B97F4A7C15ull + (h << 6) + (h >> 2);
+    h *= 0xBF58476D1CE4E5B9ull;
+  }
+  return h ^ (h >> 31);
+}
+
+void Graph::grow() {
+  std::vector<int> table(std::max<size_t>(1024, 2 * table_.size()), -1);
+  size_t mask = table.size() - 1;
+  for (int id : table_) {
+    if (id < 0) continue;
+    size_t at = hash(op[id], a[id], b[id], aux[id], num[id]) & mask;
+    while (table[at] >= 0) at = (at + 1) & mask;
+    table[at] = id;
+  }
+  table_ = std::move(table);
+}
+
+int Graph::make(Op o, int x, int y, int z, double v) {
+  if (2 * (used_ + 1) > table_.size()) grow();
+  size_t mask = table_.size() - 1;
+  size_t at = hash(o, x, y, z, v) & mask;
+  for (; table_[at] >= 0; at = (at + 1) & mask) {
+    int id = table_[at];
+    if (op[id] == o && a[id] == x && b[id] == y && aux[id] == z &&
+        std::memcmp(&num[id], &v, sizeof v) == 0)
+      return id;
+  }
   int id = size();
   op.push_back(o), a.push_back(x), b.push_back(y), aux.push_back(z), num.push_back(v);
-  index_.emplace(key, id);
+  table_[at] = id;
+  ++used_;
   return id;
 }
 

@@ -51,23 +51,11 @@ class Graph {
 
  private:
   int make(Op o, int x, int y, int z, double v);
-  struct Key {
-    int op, a, b, aux;
-    uint64_t num;  // bits of the number
-    bool operator==(const Key &k) const {
-      return op == k.op && a == k.a && b == k.b && aux == k.aux && num == k.num;
-    }
-  };
-  struct KeyHash {
-    size_t operator()(const Key &k) const {
-      uint64_t h = static_cast<uint64_t>(k.op) * 0x9E3779B97F4A7C15ull;
-      h = (h ^ static_cast<uint32_t>(k.a)) * 0xBF58476D1CE4E5B9ull;
-      h = (h ^ static_cast<uint32_t>(k.b)) * 0x94D049BB133111EBull;
-      h = (h ^ static_cast<uint32_t>(k.aux)) * 0x9E3779B97F4A7C15ull;
-      return h ^ (k.num * 0xBF58476D1CE4E5B9ull) ^ (h >> 29);
-    }
-  };
-  std::unordered_map<Key, int, KeyHash> index_;
+  // Open-addressing table of node ids (-1: empty) by their fields.
+  uint64_t hash(Op o, int x, int y, int z, double v) const;
+  void grow();
+  std::vector<int> table_;
+  size_t used_ = 0;
   // Nodes with argument or breakpoint lists, by op, number and list.
   static std::string list_key(Op o, double v, const void *items, size_t bytes);
   std::unordered_map<std::string, int> list_index_;

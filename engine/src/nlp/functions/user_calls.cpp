@@ -1,6 +1,7 @@
 #include "nlp/functions/user_calls.h"
 
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 #include "nlp/functions/user_function_error.h"
