@@ -45,9 +45,7 @@ std::unique_ptr<Backend> backend_for(ProblemClass c, zrvs_problem &p, const char
     case ProblemClass::qcqp:
     case ProblemClass::nonconvex_qp: return std::make_unique<nlp::IpoptBackend>(p, nullptr);
     case ProblemClass::nlp:
-      fail(ZRVS_ERR_UNSUPPORTED,
-           "%s: the problem has formula terms (%d), and their evaluation is not built yet", who,
-           m.formulas.terms());
+      return std::make_unique<nlp::IpoptBackend>(p, nlp::compile_formulas(m));
     case ProblemClass::minlp:
       fail(ZRVS_ERR_UNSUPPORTED,
            "%s: the problem has integer columns, sets or indicators together with quadratic "
