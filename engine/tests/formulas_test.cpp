@@ -136,6 +136,21 @@ TEST_F(Formulas, AddReadBackReplaceAndRemove) {
   EXPECT_NE(ZSLPgetcoefformula(slp, 0, 1, &factor, 1, 0, &n, nullptr, nullptr), 0);
 }
 
+TEST_F(Formulas, ManySmallAdditions) {
+  for (int k = 0; k < 300; ++k)
+    ASSERT_EQ(Batch().term(k % 3, k % 2 ? 1 : -1, k, sin_of(k % 3)).add(slp), 0) << k;
+  EXPECT_EQ(attrib_terms(), 300);
+  std::vector<std::pair<int, int>> p = pairs();
+  ASSERT_EQ(p.size(), 300u);
+  EXPECT_EQ(p.front(), std::make_pair(0, -1));
+  EXPECT_EQ(p.back(), std::make_pair(2, 1));
+  double factor = 0;
+  int r = 2, c = 1, n = 0;
+  ASSERT_EQ(ZSLPgetcoefformula(slp, r, c, &factor, 1, 0, &n, nullptr, nullptr), 0);
+  // 50 terms, each factor * sin(x2) (5 tokens), joined by 49 plus signs, and the end.
+  EXPECT_EQ(n, 50 * 5 + 49 + 1);
+}
+
 TEST_F(Formulas, EmptyFormulaAndFunctionsOfSeveralArguments) {
   // An empty formula (the constant 1), max of three arguments and a pwl.
   Tokens pwl = Tokens().args().con(3).con(2).con(1).con(1).con(0).con(0).col(1).fn(ZSLP_FN_PWL);
@@ -239,6 +254,24 @@ TEST_F(Formulas, UserFunctionRegistration) {
   EXPECT_NE(ZSLPadduserfunction(slp, "c", 2, -1, 1, 0, f, nullptr, &index), 0);
   // Tokens calling the second function take its three arguments.
   Tokens call = Tokens().args().col(2).con(1).col(0).user(second).end();
+  EXPECT_EQ(Batch().term(0, -1, 1.0, call).add(slp), 0) << slp_error();
+}
+
+// Loading a new model into the problem drops the formulas but keeps the user
+// functions registered with it.
+TEST_F(Formulas, NewModelKeepsUserFunctions) {
+  auto f = reinterpret_cast<ZSLP_userfunc>(+[](const double *x, void *) { return x[0]; });
+  int index = 0;
+  ASSERT_EQ(ZSLPadduserfunction(slp, "a", ZSLP_USERFUNC_VALUE, 1, 1, 0, f, nullptr, &index), 0);
+  ASSERT_EQ(Batch().term(0, -1, 1.0, sin_of(0)).add(slp), 0);
+  double obj[2] = {0, 0}, lb[2] = {0, 0}, ub[2] = {1, 1}, rhs[1] = {1};
+  int start[3] = {0, 0, 0};
+  ASSERT_EQ(ZRVSloadlp(prob, "new", 2, 1, "L", rhs, nullptr, obj, start, nullptr, nullptr,
+                       nullptr, lb, ub),
+            0)
+      << last_error();
+  EXPECT_EQ(attrib_terms(), 0);
+  Tokens call = Tokens().args().col(1).user(index).end();
   EXPECT_EQ(Batch().term(0, -1, 1.0, call).add(slp), 0) << slp_error();
 }
 

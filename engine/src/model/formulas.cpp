@@ -185,13 +185,13 @@ std::vector<int> FormulaStore::check(const FormulaInput &in, int rows, int cols,
 
 void FormulaStore::append(const FormulaInput &in, const std::vector<int> &lengths) {
   int64_t total = std::accumulate(lengths.begin(), lengths.end(), int64_t{0});
-  size_t n = row_.size() + in.n;
-  row_.reserve(std::max(n, 2 * row_.capacity()));
-  col_.reserve(row_.capacity()), length_.reserve(row_.capacity());
-  factor_.reserve(row_.capacity()), start_.reserve(row_.capacity());
-  size_t pool = type_.size() + total;
-  type_.reserve(std::max(pool, 2 * type_.capacity()));
-  value_.reserve(type_.capacity());
+  // Room at least doubles when it grows, so that many small calls stay linear.
+  auto grow = [](auto &v, size_t need) {
+    if (need > v.capacity()) v.reserve(std::max(need, 2 * v.capacity()));
+  };
+  size_t n = row_.size() + in.n, pool = type_.size() + total;
+  grow(row_, n), grow(col_, n), grow(length_, n), grow(factor_, n), grow(start_, n);
+  grow(type_, pool), grow(value_, pool);
   for (int k = 0; k < in.n; ++k) {
     row_.push_back(in.row[k]);
     col_.push_back(in.col && in.col[k] >= 0 ? in.col[k] : -1);

@@ -75,6 +75,11 @@ class FormulaStore {
   // User functions, numbered from 1 in the order registered.
   int add_user_function(UserFunction f, const char *who);
   int user_functions() const { return static_cast<int>(users_.size()); }
+  // A new model of the same problem keeps the functions registered with it.
+  void keep_user_functions(const FormulaStore &old) {
+    users_ = old.users_;
+    changed();
+  }
   const UserFunction &user_function(int index) const { return users_[index - 1]; }
 
  private:

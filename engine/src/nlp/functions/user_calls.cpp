@@ -35,7 +35,9 @@ CallResult call_value(const UserFunction &f, const double *x, double *v) {
 CallResult call_gradient(const UserFunction &f, const double *x, double *v, double *grad) {
   int n = f.nargs;
   if (f.kind == ZSLP_USERFUNC_DERIVS) {
-    std::vector<double> request(n, 1.0);
+    // Buffers reused across calls (a solve calls from one thread at a time).
+    thread_local std::vector<double> request;
+    request.assign(n, 1.0);
     if (reinterpret_cast<ZSLP_userfunc_derivs>(f.function)(x, request.data(), v, grad, f.data) !=
         0)
       return CallResult::failed;
@@ -46,7 +48,8 @@ CallResult call_gradient(const UserFunction &f, const double *x, double *v, doub
   }
   CallResult r = call_value(f, x, v);
   if (r != CallResult::ok) return r;
-  std::vector<double> y(x, x + n);
+  thread_local std::vector<double> y;
+  y.assign(x, x + n);
   for (int i = 0; i < n; ++i) {
     double h = step(x[i], kFirst), up, down;
     y[i] = x[i] + h;
@@ -61,10 +64,11 @@ CallResult call_gradient(const UserFunction &f, const double *x, double *v, doub
 
 CallResult call_hessian(const UserFunction &f, const double *x, double *hess) {
   int n = f.nargs;
-  std::vector<double> y(x, x + n);
+  thread_local std::vector<double> y, up, down;
+  y.assign(x, x + n);
   CallResult r;
   if (f.kind == ZSLP_USERFUNC_DERIVS) {
-    std::vector<double> up(n), down(n);
+    up.resize(n), down.resize(n);
     double v;
     for (int i = 0; i < n; ++i) {
       double h = step(x[i], kFirst);
