@@ -37,7 +37,7 @@ void IpoptBackend::prepare(const SolveRequest &request) {
     fail(ZRVS_ERR_UNSUPPORTED, "%s: Ipopt solves continuous models only", request.who);
   const std::string why = unusable_part(p_.model);
   if (!why.empty())
-    fail(ZRVS_ERR_ARGUMENT, "%s: Ipopt cannot take the model: %s", request.who, why.c_str());
+    fail(ZRVS_ERR_ARGUMENT, "%s: Ipopt rejected the model: %s", request.who, why.c_str());
 }
 
 void IpoptBackend::start(const std::vector<Stage> &stages) {
