@@ -183,9 +183,9 @@ class TestConstraints:
     @pytest.mark.parametrize("make, message", [
         (lambda x, y, s: [x <= 1, "x"], "Invalid constraint"),
         (lambda x, y, s: [x <= 1, s + x >= 2], "Variable .* not in problem"),
-        (lambda x, y, s: [x <= 1, z.sin(x) <= 0.5],
-         "Nonlinear constraints are not available yet"),
-        (lambda x, y, s: [x * y * x <= 2], "Nonlinear constraints are not available yet"),
+        (lambda x, y, s: [x <= 1, z.sin(s) <= 0.5],
+         "Variable in nonlinear part of constraint has not been added to problem yet"),
+        (lambda x, y, s: [x * y * x <= 2, z.exp(x) + s >= 1], "Variable stranger not in problem"),
     ])
     def test_a_refused_call_adds_nothing(self, make, message):
         x, y, stranger = z.var(), z.var(), z.var(name="stranger")

@@ -13,7 +13,11 @@ EXAMPLES = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__
 
 
 def run(name):
-    done = subprocess.run([sys.executable, "-X", "dev", os.path.join(EXAMPLES, name)],
+    return run_args(name)
+
+
+def run_args(name, *args):
+    done = subprocess.run([sys.executable, "-X", "dev", os.path.join(EXAMPLES, name), *args],
                           capture_output=True, text=True, timeout=120)
     assert done.returncode == 0, done.stderr
     return done.stdout
@@ -73,3 +77,27 @@ def test_transport_built_with_vars():
     assert number(out, "cost:") == pytest.approx(153.675, abs=1e-4)
     assert "seattle -> chicago: 300" in out
     assert "san-diego -> new-york: 325" in out and "san-diego -> topeka: 275" in out
+
+
+def test_hanging_chain_matches_scipy_on_the_same_grid():
+    optimize = pytest.importorskip("scipy.optimize")
+    n = 20
+    out = run_args("hanging_chain.py", str(n))
+    assert "nlp_solution" in out or "nlp_globally_optimal" in out
+    h = 1.0 / n
+
+    def pieces(v):
+        full = np.concatenate(([1.0], v, [3.0]))
+        return full, np.sqrt(1 + (np.diff(full) / h) ** 2)
+
+    def energy(v):
+        full, s = pieces(v)
+        return h * np.sum((full[:-1] + full[1:]) / 2 * s)
+
+    start = np.linspace(1, 3, n + 1)[1:-1] - 0.5
+    ref = optimize.minimize(energy, start, method="SLSQP", options={"ftol": 1e-12, "maxiter": 500},
+                            constraints=[{"type": "eq", "fun": lambda v: h * np.sum(pieces(v)[1]) - 4}])
+    assert ref.success
+    assert number(out, "length =") == pytest.approx(4.0, abs=1e-6)
+    assert number(out, "energy =") == pytest.approx(ref.fun, rel=1e-6)
+    assert number(out, "lowest point =") == pytest.approx(min(ref.x), abs=1e-4)

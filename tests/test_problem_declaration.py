@@ -42,7 +42,7 @@ def test_a_repeated_variable_is_the_objective():
     (([2 * z.var(), z.var() <= 1],), z.ModelError, "Erroneous problem declaration"),
     (([z.var(), z.var() <= 1],), z.ModelError, "Incorrect objects added as variables"),
     ((z.var() <= 1,), z.ModelError, "Variable .* not in problem"),
-    ((z.sin(z.var()),), z.ModelError, "not available yet"),
+    ((z.sin(z.var()),), z.ModelError, "Variable in nonlinear part of constraint has not been"),
     ((z.var() + 1, z.var() + 2), z.ModelError, "More than one objective passed"),
 ])
 def test_declaration_errors(args, error, message):

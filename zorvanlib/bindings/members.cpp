@@ -161,7 +161,9 @@ const Binding MemberTable::rows[] = {
 };
 
 int RegisterMembers() {
-  return RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>());
+  if (RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>()) < 0)
+    return -1;
+  return RegisterNonlinearMembers();
 }
 
 }  // namespace zrv

@@ -5,5 +5,7 @@ namespace zrv {
 
 // Adds every member to the problem method table. 0, or -1 with an error.
 int RegisterMembers();
+// The members of the nonlinear solver (members_nonlinear.cpp).
+int RegisterNonlinearMembers();
 
 }  // namespace zrv

@@ -10,6 +10,7 @@
 #include "base/help.h"
 #include "base/text.h"
 #include "module/evaluate.h"
+#include "problem/formula_readback.h"
 #include "controls/control.h"
 #include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
@@ -347,6 +348,7 @@ PyMethodDef ModuleMethods[] = {
               "zorvan.setdefaultcontrol, zorvan.setdefaults, problem.controls")},
     {"evaluate", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(ModuleEvaluate)),
      METH_VARARGS | METH_KEYWORDS, EvaluateDoc},
+    {"_rowformulas", RowFormulas, METH_VARARGS, RowFormulasDoc},
     {nullptr, nullptr, 0, nullptr},
 };
 

@@ -18,6 +18,8 @@
 #include "base/text.h"
 #include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/formula_batch.h"
+#include "problem/objective_transfer.h"
 #include "problem/solve_guard.h"
 #include "problem/terms.h"
 #include "zorvan/zrvs.h"
@@ -76,8 +78,7 @@ struct RowTerms {
 
 const BodyRules kRowRules = {
     true,
-    "Nonlinear constraints are not available yet: a constraint body must be linear or "
-    "quadratic",
+    "Nonlinear constraints need the nonlinear library, which could not be started",
     "Invalid constraint body"};
 
 int AppendName(uint64_t word, std::string &names) {
@@ -122,7 +123,8 @@ void FetchBounds(PyObject *const *items, size_t n, double *bounds) {
 
 // Checks one constraint with bounds lb..ub and adds it to the batch as row
 // `row` of the problem.
-int Record(ProblemObject *p, PyObject *o, double lb, double ub, int row, RowBatch &b) {
+int Record(ProblemObject *p, PyObject *o, double lb, double ub, int row, RowBatch &b,
+           FormulaBatch &f) {
   if (Py_TYPE(o) != &ConstraintType) {
     PyErr_SetString(ModelError, "Invalid constraint");
     return -1;
@@ -135,15 +137,21 @@ int Record(ProblemObject *p, PyObject *o, double lb, double ub, int row, RowBatc
   // Recorded now; undone below if the row fails.
   uint64_t id = ConId(c->word);
   if (RecordIndex(p->rowmap, id, row, "Constraint already added to problem") < 0) return -1;
-  const size_t qbefore = b.qv.size();
+  const size_t qbefore = b.qv.size(), lbefore = b.cols.size();
+  const int fbefore = f.count();
   double constant;
   RowTerms terms{b};
-  if (DecomposeBody(p->colmap, c->body, kRowRules, terms, &constant) < 0 ||
+  if (DecomposeBody(p->colmap, c->body, kRowRules, terms, &constant, f.Body()) < 0 ||
       AppendName(c->word, b.names) < 0 ||
       PyList_Append(p->conlist, o) < 0) {
     p->rowmap->Erase(id);
+    // The failed row's entries must not reach the engine with the next row.
+    b.cols.resize(lbefore), b.coefs.resize(lbefore);
+    b.q1.resize(qbefore), b.q2.resize(qbefore), b.qv.resize(qbefore);
+    f.Truncate(fbefore);
     return -1;
   }
+  f.AssignRow(row);
   if (b.qv.size() > qbefore) {
     b.qrows.push_back(b.rows());
     b.qstart.push_back(b.qv.size());
@@ -227,8 +235,9 @@ void TakeBack(ProblemObject *p, int first, int sent) {
 
 }  // namespace
 
-int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, int *first_row) {
-  if (NotInitialized(p)) return -1;
+namespace {
+
+int AddRows(ProblemObject *p, PyObject *const *items, Py_ssize_t n, int *first_row) {
   int first = 0;
   if (ReadIntAttrib(p, ZRVS_ORIGINALROWS, &first) < 0) return -1;
   if (first_row) *first_row = first;
@@ -271,17 +280,24 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
   constexpr size_t kBoundsAhead = 512;
   double bounds[2 * kBoundsAhead];
   int sent = 0;  // rows already in the engine
+  FormulaBatch formulas(p);
   for (Py_ssize_t i = 0; i < n; ++i) {
     const size_t k = static_cast<size_t>(i) % kBoundsAhead;
     if (k == 0)
       FetchBounds(items + i, std::min(kBoundsAhead, static_cast<size_t>(n - i)), bounds);
     PrefetchRow(items, n, i);
     int rc =
-        Record(p, items[i], bounds[2 * k], bounds[2 * k + 1], first + static_cast<int>(i), b);
+        Record(p, items[i], bounds[2 * k], bounds[2 * k + 1], first + static_cast<int>(i), b,
+               formulas);
     if (rc == 0 && (b.Full() || i + 1 == n)) {
       rc = SendRows(p, first + sent, b, &sent);
       if (rc < 0) ReportError(reinterpret_cast<PyObject *>(p), nullptr);
       b.Clear();
+    }
+    // All formulas of the call go to the engine in one call, after the rows.
+    if (rc == 0 && i + 1 == n && formulas.count() > 0) {
+      rc = formulas.Send();
+      if (rc == 0) ++p->nl_constraints;
     }
     if (rc < 0) {
       TakeBack(p, first, sent);
@@ -290,6 +306,17 @@ int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, i
     }
   }
   return 0;
+}
+
+}  // namespace
+
+int AddConstraintBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n, int *first_row) {
+  if (NotInitialized(p)) return -1;
+  // New rows go before the transfer row of a nonlinear objective.
+  DetachedTransfer transfer;
+  if (n > 0 && DetachTransfer(p, transfer) < 0) return -1;
+  int rc = AddRows(p, items, n, first_row);
+  return ReattachTransfer(p, transfer) < 0 ? -1 : rc;
 }
 
 PyObject *ProblemAddConstraint(PyObject *self, PyObject *args) {
@@ -452,8 +479,8 @@ const char AddConstraintDoc[] = ZRV_HELP(
     "moves to the right-hand side: a lower bound only gives a row of type G, an upper bound "
     "only L, equal bounds E, two different bounds a range R, no bound a free row N. Its name "
     "(its own or R<identifier>) becomes the row name. Every variable of the body must be in "
-    "the problem. Quadratic bodies are passed as they are; nonlinear bodies are not "
-    "available yet. When a constraint is refused, none of the call is added.",
+    "the problem. Quadratic bodies are passed as they are; a nonlinear body is split into "
+    "its linear and quadratic parts and formulas (one per nonlinear term of a sum). When a constraint is refused, none of the call is added.",
     "problem.addVariable, problem.addIndicator, problem.delConstraint, "
     "problem.getConstraint, constraint");
 

@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "base/types.h"
 #include "problem/add_objects.h"
+#include "problem/objective_transfer.h"
 #include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
@@ -147,9 +148,9 @@ int SendColumns(ProblemObject *p, int first, const ColumnBatch &batch, bool *add
 
 }  // namespace
 
-int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
-  if (NotInitialized(p)) return -1;
-  if (n <= 0) return 0;
+namespace {
+
+int AddColumns(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
   int first = 0;
   if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &first) < 0) return -1;
   if (n > INT32_MAX - first) {
@@ -181,6 +182,18 @@ int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
     return -1;
   }
   return 0;
+}
+
+}  // namespace
+
+int AddVariableBatch(ProblemObject *p, PyObject *const *items, Py_ssize_t n) {
+  if (NotInitialized(p)) return -1;
+  if (n <= 0) return 0;
+  // New columns go before the transfer column of a nonlinear objective.
+  DetachedTransfer transfer;
+  if (DetachTransfer(p, transfer) < 0) return -1;
+  int rc = AddColumns(p, items, n);
+  return ReattachTransfer(p, transfer) < 0 ? -1 : rc;
 }
 
 PyObject *ProblemAddVariable(PyObject *self, PyObject *args) {

@@ -10,6 +10,7 @@
 #include "base/types.h"
 #include "base/arrays.h"
 #include "problem/add_objects.h"
+#include "problem/formula_batch.h"
 #include "problem/solve_guard.h"
 #include "zorvan/zrvs.h"
 
@@ -19,6 +20,20 @@ int DeleteIndices(ProblemObject *p, ModelObjectKind kind, std::vector<int> indic
   std::sort(indices.begin(), indices.end());
   indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
   if (indices.empty()) return 0;
+  if (kind != ModelObjectKind::Sos && p->nl_objective) {
+    int row, col;
+    if (FindTransfer(p, &row, &col) < 0) return -1;
+    const int transfer = kind == ModelObjectKind::Variable ? col : row;
+    if (std::binary_search(indices.begin(), indices.end(), transfer)) {
+      PyErr_SetString(ModelError,
+                      kind == ModelObjectKind::Variable
+                          ? "The column that carries the nonlinear objective cannot be deleted; "
+                            "set another objective instead"
+                          : "The row that carries the nonlinear objective cannot be deleted; set "
+                            "another objective instead");
+      return -1;
+    }
+  }
   const int n = static_cast<int>(indices.size());
   const int *data = indices.data();
   int rc = kind == ModelObjectKind::Variable     ? CallUnlocked(ZRVSdelcols, p->prob, n, data)
@@ -50,7 +65,8 @@ int DeleteIndices(ProblemObject *p, ModelObjectKind kind, std::vector<int> indic
     auto below = std::lower_bound(indices.begin(), indices.end(), pos);
     pos -= static_cast<int32_t>(below - indices.begin());
   });
-  return 0;
+  // The formulas of deleted rows went with them: the problem may be linear.
+  return kind == ModelObjectKind::Constraint ? RecountNonlinearRows(p) : 0;
 }
 
 namespace {

@@ -262,6 +262,9 @@ void Install(ProblemObject *p, Rebuilt &rebuilt) {
   delete std::exchange(p->setmap, rebuilt.setmap.release());
   p->nl_constraints = 0;
   p->nl_objective = 0;
+  p->formula_column = -1;
+  p->objtransfer = -1;
+  ForgetUserFunctions(p);
   // Released last: their destruction may run arbitrary code.
   for (PyObject *o : old) Py_XDECREF(o);
 }

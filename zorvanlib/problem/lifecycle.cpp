@@ -51,6 +51,12 @@ void ReleaseProblem(ProblemObject *p) {
   delete std::exchange(p->colmap, nullptr);
   delete std::exchange(p->rowmap, nullptr);
   delete std::exchange(p->setmap, nullptr);
+  ForgetUserFunctions(p);
+}
+
+void ForgetUserFunctions(ProblemObject *p) {
+  if (UserFunctions *u = std::exchange(p->userfuncs, nullptr)) u->Unref();
+  delete std::exchange(p->objtokens, nullptr);
 }
 
 void ReleaseAllProblems() {

@@ -5,6 +5,8 @@
 
 #include "problem/arguments.h"
 #include "problem/terms.h"
+#include "problem/formula_batch.h"
+#include "problem/objective_transfer.h"
 #include "model/expression.h"
 #include "model/linterm.h"
 #include "model/quadterm.h"
@@ -49,16 +51,16 @@ struct ObjectiveTerms {
   }
 };
 
-// What cannot be an objective (yet) is refused before anything changes.
+// What cannot be an objective is refused before anything changes.
 const BodyRules kObjectiveRules = {
     false,
-    "Nonlinear objectives are not available yet: the objective must be a linear or quadratic "
-    "expression",
+    "Nonlinear objectives need the nonlinear library, which could not be started",
     "Invalid object set as objective"};
 
-int Decompose(ProblemObject *p, PyObject *o, Objective &obj) {
+int Decompose(ProblemObject *p, PyObject *o, Objective &obj,
+              const BodyFormulas &formulas = BodyFormulas()) {
   ObjectiveTerms terms{obj};
-  return DecomposeBody(p->colmap, o, kObjectiveRules, terms, &obj.constant);
+  return DecomposeBody(p->colmap, o, kObjectiveRules, terms, &obj.constant, formulas);
 }
 
 // Every column's coefficient of the new objective, zero where it has none;
@@ -77,7 +79,8 @@ void DenseCoefficients(const Objective &obj, int ncols, bool constant, std::vect
     val[static_cast<size_t>(obj.cols[i]) + offset] += obj.coefs[i];
 }
 
-int SetPrimary(ProblemObject *p, const Objective &obj) {
+int SetPrimary(ProblemObject *p, const Objective &obj, FormulaBatch &formulas) {
+  if (RemoveTransfer(p) < 0) return -1;
   int ncols = 0, qelems = 0;
   if (ReadIntAttrib(p, ZRVS_ORIGINALCOLS, &ncols) < 0) return -1;
   if (ReadIntAttrib(p, ZRVS_QELEMS, &qelems) < 0) return -1;
@@ -124,7 +127,8 @@ int SetPrimary(ProblemObject *p, const Objective &obj) {
       rc = ZRVSchgmqobj64(prob, static_cast<int64_t>(newv.size()), new1.data(), new2.data(),
                           newv.data());
   });
-  return rc == 0 ? 0 : ReportFailure(reinterpret_cast<PyObject *>(p));
+  if (rc != 0) return ReportFailure(reinterpret_cast<PyObject *>(p));
+  return formulas.count() > 0 ? AddTransfer(p, formulas) : 0;
 }
 
 int SetFurther(ProblemObject *p, const Objective &obj, int k, int count) {
@@ -297,8 +301,18 @@ int SetSense(ProblemObject *p, int sense) {
 
 int SetObjectiveAt(ProblemObject *p, PyObject *expr, int k) {
   Objective obj;
+  if (k == 0) {
+    FormulaBatch formulas(p);
+    if (Decompose(p, expr, obj, formulas.Body()) < 0) return -1;
+    return SetPrimary(p, obj, formulas);
+  }
+  if (KindOf(expr) == KindNonlinear) {
+    PyErr_SetString(ModelError,
+                    "Quadratic and nonlinear objectives are not supported in multi-objective "
+                    "problems");
+    return -1;
+  }
   if (Decompose(p, expr, obj) < 0) return -1;
-  if (k == 0) return SetPrimary(p, obj);
   int count = 0;
   if (ObjectiveCount(p, &count) < 0) return -1;
   if (k < 0 || k > count) {
@@ -393,7 +407,10 @@ const char SetObjectiveDoc[] = ZRV_HELP(
     "    p.setObjective(3*x + 2*y + x**2, sense=zorvan.maximize)",
     "The primary objective may be quadratic; further objectives (objidx 1 and up, added with "
     "addObjective) must be linear, and their constant is kept as the objective control "
-    "'rhs'. Nonlinear objectives are not available yet. An objidx that is not an existing "
+    "'rhs'. A nonlinear primary objective is carried by a row 'objtransferrow' and a free "
+    "column 'objtransfercol' (objective coefficient 1) that equals its nonlinear part; they "
+    "are left out of the vectors that getSolution, getSlack, getDual and getRCost return "
+    "whole. An objidx that is not an existing "
     "objective raises ModelError 'Invalid objective index'. The sense applies to every "
     "objective.",
     "problem.addObjective, problem.getControl, problem.objattribs, problem.optimize");

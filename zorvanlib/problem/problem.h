@@ -10,6 +10,8 @@
 
 #include "base/index_map.h"
 #include "base/problem_handles.h"
+#include "nonlinear/formula_tokens.h"
+#include "nonlinear/user_functions.h"
 #include "zorvan/zslp.h"
 
 // One slot per callback kind; each slot is empty or a list of registrations.
@@ -33,11 +35,20 @@ struct ProblemObject : ProblemHandles {
   // A temporary problem handed to a callback: it shares the owner's maps,
   // lists and views, and never releases the engine problem.
   int32_t borrowed;
-  // Nonlinear rows and objective of the problem. Nothing sets them yet: they
-  // stay 0 until the nonlinear layer adds formulas, and the paths that test
-  // them (solve, solutions, files, objectives) are ready for that.
+  // Nonlinear state: calls of addConstraint that brought formulas (0 when
+  // no row has any), 1 when the objective is nonlinear.
   int32_t nl_constraints;
   int32_t nl_objective;
+  // The column that multiplies formulas without one of their own; -1: none.
+  int32_t formula_column;
+  // The objective's transfer column while the objective is nonlinear, else -1.
+  int64_t objtransfer;
+  // Python functions called from formulas (null until the first).
+  zrv::UserFunctions *userfuncs;
+  // The transfer row's formulas as last added, while the problem has as many
+  // columns as then (objtokens_cols); else they are read from the engine.
+  zrv::FormulaTokens *objtokens;
+  int32_t objtokens_cols;
   int64_t output_enabled;
   ProblemObject *prev;    // live-problem list
   ProblemObject *next;
@@ -60,6 +71,10 @@ inline ProblemObject *Checked(PyObject *self) {
 // Releases the engine problems, registrations, lists, maps and views of a
 // problem; it becomes uninitialized. Safe to call more than once.
 void ReleaseProblem(ProblemObject *p);
+
+// Drops the problem's reference to its user functions and the copy of its
+// objective's formulas.
+void ForgetUserFunctions(ProblemObject *p);
 
 // Releases every live problem (used by the last environment stop).
 void ReleaseAllProblems();

@@ -42,6 +42,14 @@ int CopyInto(ProblemObject *dst, ProblemObject *src) {
   dst->output_enabled = src->output_enabled;
   dst->nl_constraints = src->nl_constraints;
   dst->nl_objective = src->nl_objective;
+  dst->formula_column = src->formula_column;
+  dst->objtransfer = src->objtransfer;
+  // The copied engine problem calls the same registered functions.
+  if (src->userfuncs) {
+    src->userfuncs->Ref();
+    ForgetUserFunctions(dst);
+    dst->userfuncs = src->userfuncs;
+  }
   return 0;
 }
 

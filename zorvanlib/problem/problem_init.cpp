@@ -141,6 +141,9 @@ int InitializeProblem(ProblemObject *p, PyObject *args, PyObject *kwds) {
   int rc = CreateBookkeeping(p);
   p->nl_constraints = 0;
   p->nl_objective = 0;
+  p->formula_column = -1;
+  p->objtransfer = -1;
+  ForgetUserFunctions(p);
   if (rc == 0) rc = CreateEngineProblems(p);
   if (rc == 0) {
     // Load the empty problem silently: the load message is not wanted here.

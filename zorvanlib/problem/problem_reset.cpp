@@ -27,6 +27,12 @@ void MoveState(ProblemObject *from, ProblemObject *to) {
   to->slpprob = std::exchange(from->slpprob, nullptr);
   to->nl_constraints = from->nl_constraints;
   to->nl_objective = from->nl_objective;
+  to->formula_column = from->formula_column;
+  to->objtransfer = from->objtransfer;
+  ForgetUserFunctions(to);
+  to->userfuncs = std::exchange(from->userfuncs, nullptr);
+  to->objtokens = std::exchange(from->objtokens, nullptr);
+  to->objtokens_cols = from->objtokens_cols;
 }
 
 // Releases state moved out of a problem. The views still point at the

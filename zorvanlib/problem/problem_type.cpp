@@ -58,6 +58,7 @@ int ProblemTraverse(PyObject *self, visitproc visit, void *arg) {
   Py_VISIT(p->objattribs);
   for (PyObject *slot : p->callbacks) Py_VISIT(slot);
   Py_VISIT(p->callback_error);
+  if (p->userfuncs) return p->userfuncs->Traverse(visit, arg);
   return 0;
 }
 
@@ -282,6 +283,8 @@ PyObject *NewProblemObject(PyTypeObject *type) {
   if (!self) return nullptr;
   auto *p = reinterpret_cast<ProblemObject *>(self);
   p->output_enabled = 1;
+  p->formula_column = -1;
+  p->objtransfer = -1;
   p->module = Py_XNewRef(Module);
   Link(p);
   return self;

@@ -13,6 +13,7 @@
 #include "base/help.h"
 #include "base/types.h"
 #include "nonlinear/evaluate.h"
+#include "problem/formula_batch.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -23,13 +24,36 @@ enum Vector { kPrimal, kSlack, kDual, kRCost };
 
 bool RowVector(Vector v) { return v == kSlack || v == kDual; }
 
-int NonlinearNotAvailable() {
-  PyErr_SetString(ModelError, "Solutions of nonlinear problems are not available yet");
+int FailWithReason(PyObject *self, const char *what);
+
+// A vector of the nonlinear solver's last solution.
+int FetchNonlinear(ProblemObject *p, Vector which, std::vector<double> &out) {
+  ZSLPprob slp = p->slpprob;
+  int n = 0;
+  const int count = RowVector(which) ? ZSLP_ORIGINALROWS : ZSLP_ORIGINALCOLS;
+  PyObject *self = reinterpret_cast<PyObject *>(p);
+  if (CallUnlocked(ZSLPgetintattrib, slp, count, &n) != 0)
+    return RaiseSlpError(p, "Could not read the size of the nonlinear problem");
+  out.assign(static_cast<size_t>(n > 0 ? n : 0), 0.0);
+  double scratch = 0.0;
+  double *buffer = out.empty() ? &scratch : out.data();
+  int rc = CallUnlocked(ZSLPgetslpsol, slp, which == kPrimal ? buffer : nullptr,
+                        which == kSlack ? buffer : nullptr, which == kDual ? buffer : nullptr,
+                        which == kRCost ? buffer : nullptr);
+  if (rc == 0) return 0;
+  RaiseSlpError(p, "No solution of the nonlinear problem is available");
+  switch (which) {
+    case kPrimal: return -1;
+    case kSlack: return FailWithReason(self, "Could not get constraints' slack");
+    case kDual: return FailWithReason(self, "Could not get dual solution");
+    case kRCost: return FailWithReason(self, "Could not retrieve reduced costs");
+  }
   return -1;
 }
 
 // SolverError "<what>: <the engine's reason>" (such as no solution being
-// available since the last change). Returns -1.
+// available since the last change), the reason being the pending error when
+// there is one. Returns -1.
 int FailWithReason(PyObject *self, const char *what) {
   ReportError(self, nullptr);
   PyObject *type, *value, *traceback;
@@ -50,7 +74,7 @@ int FailWithReason(PyObject *self, const char *what) {
 int Fetch(ProblemObject *p, Vector which, std::vector<double> &out) {
   bool nonlinear, mip;
   if (UsesNonlinearSolution(p, &nonlinear) < 0) return -1;
-  if (nonlinear) return NonlinearNotAvailable();
+  if (nonlinear) return FetchNonlinear(p, which, out);
   int n = 0;
   if (ReadIntAttrib(p, RowVector(which) ? ZRVS_ORIGINALROWS : ZRVS_ORIGINALCOLS, &n) < 0) return -1;
   if (ProblemIsMip(p, &mip) < 0) return -1;
@@ -180,13 +204,24 @@ PyObject *AllValues(const std::vector<double> &v) {
   return list;
 }
 
+// The whole vector as the user sees it: without the entry of the transfer
+// row or column of a nonlinear objective.
+PyObject *VisibleValues(ProblemObject *p, Vector which, std::vector<double> &v) {
+  int row = -1, col = -1;
+  if (FindTransfer(p, &row, &col) < 0) return nullptr;
+  const int hidden = which == kPrimal || which == kRCost ? col : row;
+  if (hidden >= 0 && static_cast<size_t>(hidden) < v.size())
+    v.erase(v.begin() + hidden);
+  return AllValues(v);
+}
+
 PyObject *Getter(PyObject *self, PyObject *args, Vector which) {
   auto *p = reinterpret_cast<ProblemObject *>(self);
   if (NotInitialized(p)) return nullptr;
   std::vector<double> v;
   if (Fetch(p, which, v) < 0) return nullptr;
   const Py_ssize_t n = PyTuple_GET_SIZE(args);
-  if (n == 0) return AllValues(v);
+  if (n == 0) return VisibleValues(p, which, v);
   if (n == 1) return Walk(p, PyTuple_GET_ITEM(args, 0), which, v, kArgumentNesting);
   PyObject *list = PySequence_List(args);
   if (!list) return nullptr;

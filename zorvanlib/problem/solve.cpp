@@ -43,6 +43,12 @@ PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
       return nullptr;
     }
   }
+  // A user function that raised stopped the solve: its exception is the
+  // call's result, whatever the engine made of the stop.
+  if (p->userfuncs && p->userfuncs->TakeError()) {
+    Py_CLEAR(p->callback_error);
+    return nullptr;
+  }
   // An exception raised in a callback fails the call.
   if (RaiseCallbackError(p) || PyErr_Occurred()) return nullptr;
   if (rc != 0) return ReportError(self, nullptr);

@@ -152,9 +152,7 @@ ZRVS_API int ZRVSnlpsetinitval(ZRVSprob prob, int nvars, const int colind[],
  * order, ended by a ZSLP_TOK_END token. Function arguments follow a
  * ZSLP_TOK_ARGS token and are written last argument first (the first
  * argument is the one just before the function token); operators take their
- * operands without it. min and max take their arguments in the order
- * written (among equal values the one written first gives the derivative,
- * abs'(0) = 1, sign' = 0). pwl takes its argument and then the breakpoints
+ * operands without it. pwl takes its argument and then the breakpoints
  * x1, y1, x2, y2, ... (constant tokens, x non-decreasing); between
  * breakpoints it interpolates, outside them it extends the first or last
  * piece. A formula with no token before its end token is the constant 1. */
