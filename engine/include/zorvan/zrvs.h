@@ -623,6 +623,75 @@ ZRVS_API int ZRVSloadbasis(ZRVSprob prob, const int rstatus[], const int cstatus
 ZRVS_API int ZRVSgetobjintattrib64(ZRVSprob prob, int objidx, int attrib, int64_t *value);
 ZRVS_API int ZRVSgetobjdblattrib(ZRVSprob prob, int objidx, int attrib, double *value);
 
+/* ======================================================================== */
+/* Solutions, bases and analysis                                             */
+/* ======================================================================== */
+
+/* One entry of the last LP solution: value and reduced cost of column col
+ * (skipped when col < 0), slack and dual of row row (skipped when row < 0).
+ * Outputs may be NULL. */
+ZRVS_API int ZRVSgetlpsolval(ZRVSprob prob, int col, int row, double *x, double *slack,
+                             double *dual, double *dj);
+/* One entry of the last integer solution: value of col, slack of row. */
+ZRVS_API int ZRVSgetmipsolval(ZRVSprob prob, int col, int row, double *x, double *slack);
+/* The solution that the barrier left in the last LP solve (after its
+ * crossover when crossover ran). Fails when the last LP solve did not run
+ * the barrier. Outputs may be NULL. */
+ZRVS_API int ZRVSgetlastbarsol(ZRVSprob prob, double x[], double slack[], double duals[],
+                               double djs[]);
+/* The basis status of one row and one column (an index < 0 is skipped). */
+ZRVS_API int ZRVSgetbasisval(ZRVSprob prob, int row, int col, int *rowstat, int *colstat);
+
+/* Infeasibilities of the last solution (the LP solution, else the integer
+ * one, which has no prices): the counts of columns outside their bounds
+ * (npv), rows outside their sides (nps), rows whose dual has the wrong
+ * sign (nds) and columns whose reduced cost has the wrong sign (ndv), and
+ * their indices in the arrays that are not NULL (each as long as its
+ * count; call with NULL arrays first to learn the counts). Tolerances:
+ * feastol and optimalitytol. ZRVSgetscaledinfeas measures the violations in
+ * the problem scaled as ZRVSscale scales it. */
+ZRVS_API int ZRVSgetinfeas(ZRVSprob prob, int *npv, int *nps, int *nds, int *ndv, int mx[],
+                           int mslack[], int mdual[], int mdj[]);
+ZRVS_API int ZRVSgetscaledinfeas(ZRVSprob prob, int *npv, int *nps, int *nds, int *ndv,
+                                 int mx[], int mslack[], int mdual[], int mdj[]);
+
+/* Rays of the last LP solve (a single-objective continuous LP, unchanged
+ * since). A primal ray (one entry per column) of an unbounded LP: a
+ * direction that keeps rows and bounds satisfied and improves the
+ * objective. A dual ray (one entry per row) of an infeasible LP: weights y
+ * with min over the column bounds of y'Ax > max over the row sides of y'r.
+ * *hasray is 0, and ray untouched, when the solve left none; ray may be
+ * NULL to ask only whether there is one. */
+ZRVS_API int ZRVSgetprimalray(ZRVSprob prob, double ray[], int *hasray);
+ZRVS_API int ZRVSgetdualray(ZRVSprob prob, double ray[], int *hasray);
+/* The nonbasic row or column that the primal ray follows, in the unified
+ * numbering (rows 0..rows-1, then columns from rows + sparerows); -1 when
+ * the last LP solve left no ray. */
+ZRVS_API int ZRVSgetunbvec(ZRVSprob prob, int *seq);
+
+/* Values computed from a given point (one value per column) on the model as
+ * it is: objective 0 (with its quadratic part), objective objidx, reduced
+ * costs c - A'y (+ Qx) from the duals, slacks rhs - activity. */
+ZRVS_API int ZRVScalcobjective(ZRVSprob prob, const double solution[], double *objval);
+ZRVS_API int ZRVScalcobjn(ZRVSprob prob, int objidx, const double solution[], double *objval);
+ZRVS_API int ZRVScalcreducedcosts(ZRVSprob prob, const double duals[], const double solution[],
+                                  double djs[]);
+ZRVS_API int ZRVScalcslacks(ZRVSprob prob, const double solution[], double slacks[]);
+/* One property of a point (and duals, for the dual properties):
+ * ZRVS_SOLINFO_ABSPRIMALINFEAS the largest bound or row violation,
+ * ZRVS_SOLINFO_RELPRIMALINFEAS the same divided by 1 + the largest |x| or
+ * |rhs|, ZRVS_SOLINFO_ABSDUALINFEAS the largest price of a wrong sign (the
+ * reduced costs are computed from the duals), ZRVS_SOLINFO_RELDUALINFEAS
+ * the same divided by 1 + the largest |cost|, ZRVS_SOLINFO_MAXMIPFRACTIONAL
+ * the largest distance of an integer column's value from an integer. */
+#define ZRVS_SOLINFO_ABSPRIMALINFEAS 0
+#define ZRVS_SOLINFO_RELPRIMALINFEAS 1
+#define ZRVS_SOLINFO_ABSDUALINFEAS 2
+#define ZRVS_SOLINFO_RELDUALINFEAS 3
+#define ZRVS_SOLINFO_MAXMIPFRACTIONAL 4
+ZRVS_API int ZRVScalcsolinfo(ZRVSprob prob, const double solution[], const double duals[],
+                             int property, double *value);
+
 #ifdef __cplusplus
 }
 #endif
