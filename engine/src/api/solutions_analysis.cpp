@@ -108,7 +108,7 @@ int ZRVSgetlastbarsol(ZRVSprob prob, double x[], double slack[], double duals[],
   const char *who = "ZRVSgetlastbarsol";
   return problem_call(prob, who, [&](zrvs_problem &p) {
     const SolveState &r = lp_solution(p, who);
-    if (r.bariter <= 0)
+    if (!r.barrier)
       fail(ZRVS_ERR_ARGUMENT,
            "%s: the last LP solve did not run the barrier (solve with the 'b' flag or "
            "defaultalg 4)",

@@ -32,6 +32,7 @@ struct SolveState {
   double mipgap = 0.0;
   double solvetime = 0.0;
   int64_t simplexiter = 0, bariter = 0, nodes = 0;
+  bool barrier = false;  // the LP solve ran the barrier (its solution is the barrier's)
 
   // Solution vectors of the problem as it was solved.
   bool has_lp_solution = false;   // x, slack, duals, djs of a continuous solve

@@ -82,6 +82,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   keeps_basis_ = stages.size() == 1 && basis_applies(m, build_, mip);
   const bool barrier = request_.algorithm == 'b' ||
                        (!request_.algorithm && p_.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
+  p_.results.barrier = barrier && !mip;
   std::vector<HighsInt> col_status, row_status;
   if (keeps_basis_ && !barrier && (whole || basis_loaded) &&
       start_basis(m, build_.lp, col_status, row_status) &&

@@ -1,0 +1,133 @@
+// Help texts of the members about solver state, in the six sections of
+// every method.
+#pragma once
+
+#include "base/help.h"
+
+namespace zrv::help {
+
+#define ZRV_SOLUTION_HELP(what, fn, legacy)                                                 \
+  ZRV_HELP("Read " what " into the lists given.",                                          \
+           "p." fn "(x=None, slack=None, duals=None, djs=None)",                            \
+           "x: values by column; slack: rhs minus activity by row; duals: by row; djs: "   \
+           "reduced costs by column. Lists filled in place; at least one is needed."       \
+           legacy,                                                                          \
+           "x = []; d = []; p." fn "(x, duals=d)",                                         \
+           "Fails when the last solve left no such solution or the model changed since.", \
+           "problem.getlpsolval, problem.getmipsol, problem.getSolution")
+
+inline constexpr char kGetLpSol[] =
+    ZRV_SOLUTION_HELP("the solution of the last LP solve", "getlpsol",
+                      " Legacy keywords: x, slack, dual, dj.");
+inline constexpr char kGetLastBarSol[] =
+    ZRV_SOLUTION_HELP("the solution that the barrier left in the last LP solve (after its "
+                      "crossover when crossover ran)",
+                      "getlastbarsol", " Legacy keywords: x, slack, dual, dj.");
+inline constexpr char kGetMipSol[] = ZRV_HELP(
+    "Read the best integer solution of the last MIP solve into the lists given.",
+    "p.getmipsol(x=None, slack=None)",
+    "x: values by column; slack: rhs minus activity by row; at least one is needed.",
+    "x = []; p.getmipsol(x)", "Fails when no integer solution was found since the last change.",
+    "problem.getmipsolval, problem.getlpsol");
+inline constexpr char kGetLpSolVal[] = ZRV_HELP(
+    "Read one column's value and reduced cost and one row's slack and dual of the last LP "
+    "solution.",
+    "(x, slack, dual, dj) = p.getlpsolval(col=None, row=None)",
+    "col: a column as index, name or var; row: a row as index, name or constraint. Legacy "
+    "keywords: column, row.",
+    "x, s, d, dj = p.getlpsolval(x1, c1)",
+    "The entries of an index not given are None.", "problem.getlpsol");
+inline constexpr char kGetMipSolVal[] = ZRV_HELP(
+    "Read one column's value and one row's slack of the last integer solution.",
+    "(x, slack) = p.getmipsolval(col=None, row=None)",
+    "col, row: as index, name or object. Legacy keywords: column, row.",
+    "x, s = p.getmipsolval('x', 'c1')", "The entries of an index not given are None.",
+    "problem.getmipsol");
+inline constexpr char kGetBasis[] = ZRV_HELP(
+    "Read the basis that the next LP solve starts from.", "p.getbasis(rowstat=None, colstat=None)",
+    "rowstat: one status per row; colstat: one per column (0 nonbasic at lower bound, 1 "
+    "basic, 2 nonbasic at upper bound, 3 superbasic). Legacy keywords: rstatus, cstatus.",
+    "r = []; c = []; p.getbasis(r, c)",
+    "The basis of the last LP solve, or one loaded with loadbasis; none after rows or columns "
+    "were deleted.",
+    "problem.loadbasis, problem.getbasisval, problem.writebasis");
+inline constexpr char kGetBasisVal[] = ZRV_HELP(
+    "Read the basis status of one row and one column.",
+    "(rowstat, colstat) = p.getbasisval(row=None, col=None)",
+    "row, col: as index, name or object. Legacy keywords: row, column.",
+    "r, c = p.getbasisval(c1, x)", "The status of an index not given is None.",
+    "problem.getbasis");
+
+#define ZRV_INFEAS_HELP(fn, scaled)                                                         \
+  ZRV_HELP("List the parts of the last solution that break its conditions" scaled ".",       \
+           "p." fn "(x=None, slack=None, duals=None, djs=None)",                            \
+           "x: columns outside their bounds; slack: rows outside their sides; duals: rows "  \
+           "whose dual has the wrong sign; djs: columns whose reduced cost has the wrong "   \
+           "sign. Lists of var and constraint objects, filled in place; at least one is "    \
+           "needed. Legacy keywords: mx, mslack, mdual, mdj.",                               \
+           "bad = []; p." fn "(x=bad)",                                                      \
+           "Tolerances: feastol and optimalitytol. An integer solution has no prices.",     \
+           "problem.calcsolinfo, problem.getinfeas, problem.getscaledinfeas")
+
+inline constexpr char kGetInfeas[] = ZRV_INFEAS_HELP("getinfeas", "");
+inline constexpr char kGetScaledInfeas[] =
+    ZRV_INFEAS_HELP("getscaledinfeas", ", with violations measured in the scaled problem");
+
+inline constexpr char kGetPrimalRay[] = ZRV_HELP(
+    "Return a primal ray of the last LP solve, an unbounded LP.", "ray = p.getprimalray()",
+    "None.", "d = p.getprimalray()",
+    "One value per column: a direction that keeps rows and bounds satisfied and improves the "
+    "objective without end. None when the last solve left no ray.",
+    "problem.hasprimalray, problem.getdualray, problem.getunbvec");
+inline constexpr char kGetDualRay[] = ZRV_HELP(
+    "Return a dual ray of the last LP solve, an infeasible LP.", "ray = p.getdualray()",
+    "None.", "y = p.getdualray()",
+    "One value per row: weights y with min over the column bounds of y'Ax larger than max "
+    "over the row sides of y'r, a proof that no point satisfies them. None when the last "
+    "solve left no ray.",
+    "problem.hasdualray, problem.getprimalray, problem.iisfirst");
+inline constexpr char kHasPrimalRay[] = ZRV_HELP(
+    "Tell whether the last LP solve left a primal ray.", "b = p.hasprimalray()", "None.",
+    "if p.hasprimalray(): d = p.getprimalray()", "True or False.", "problem.getprimalray");
+inline constexpr char kHasDualRay[] = ZRV_HELP(
+    "Tell whether the last LP solve left a dual ray.", "b = p.hasdualray()", "None.",
+    "if p.hasdualray(): y = p.getdualray()", "True or False.", "problem.getdualray");
+inline constexpr char kGetUnbVec[] = ZRV_HELP(
+    "Return the column or row whose move the primal ray follows.", "v = p.getunbvec()", "None.",
+    "v = p.getunbvec()",
+    "A var or constraint object; -1 when the last LP solve left no ray.",
+    "problem.getprimalray");
+inline constexpr char kCalcObjective[] = ZRV_HELP(
+    "Compute the objective at a given point.", "v = p.calcobjective(solution)",
+    "solution: one value per column.", "v = p.calcobjective([1, 0, 2])",
+    "Includes the constant and the quadratic part.", "problem.calcobjn, problem.calcslacks");
+inline constexpr char kCalcObjN[] = ZRV_HELP(
+    "Compute objective objidx at a given point.", "v = p.calcobjn(objidx, solution)",
+    "objidx: objective index; solution: one value per column.", "v = p.calcobjn(1, x)",
+    "Objective 0 includes its quadratic part.", "problem.calcobjective");
+inline constexpr char kCalcReducedCosts[] = ZRV_HELP(
+    "Compute reduced costs from duals.", "p.calcreducedcosts(duals, solution, djs)",
+    "duals: one value per row; solution: one value per column (needed for a quadratic "
+    "objective, else may be None); djs: list filled with c - A'y (+ Qx). Legacy keyword: "
+    "calculateddjs.",
+    "dj = []; p.calcreducedcosts(y, x, dj)", "Uses the model as it is now.",
+    "problem.calcslacks, problem.getlpsol");
+inline constexpr char kCalcSlacks[] = ZRV_HELP(
+    "Compute row slacks at a given point.", "p.calcslacks(solution, slacks)",
+    "solution: one value per column; slacks: list filled with rhs minus activity. Legacy "
+    "keyword: calculatedslacks.",
+    "s = []; p.calcslacks(x, s)", "Quadratic parts of rows are included.",
+    "problem.calcreducedcosts");
+inline constexpr char kCalcSolInfo[] = ZRV_HELP(
+    "Compute one property of a point.", "v = p.calcsolinfo(solution, duals, property)",
+    "solution: one value per column; duals: one per row (None unless a dual property is "
+    "asked); property: 0 largest bound or row violation, 1 the same relative to 1 + the "
+    "largest |x| or |rhs|, 2 largest price of a wrong sign, 3 the same relative to 1 + the "
+    "largest |cost|, 4 largest fractionality of an integer column. Legacy keyword: dual.",
+    "v = p.calcsolinfo(x, None, 0)", "Reduced costs are computed from the duals.",
+    "problem.getinfeas");
+
+#undef ZRV_SOLUTION_HELP
+#undef ZRV_INFEAS_HELP
+
+}  // namespace zrv::help

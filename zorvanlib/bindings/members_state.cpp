@@ -1,0 +1,78 @@
+// The table of the members about solver state: one row each, with the
+// argument format and the current and legacy keyword names. Help texts are
+// in help_state.h.
+#include "bindings/members_state.h"
+
+#include <iterator>
+
+#include "bindings/help_state.h"
+#include "bindings/workers_state.h"
+
+namespace zrv {
+
+namespace {
+
+using KW = const char *const[];
+
+constexpr KW kSol = {"x", "slack", "duals", "djs", nullptr};
+constexpr KW kSolOld = {"x", "slack", "dual", "dj", nullptr};
+constexpr KW kMipSol = {"x", "slack", nullptr};
+constexpr KW kSolVal = {"col", "row", nullptr};
+constexpr KW kSolValOld = {"column", "row", nullptr};
+constexpr KW kBasis = {"rowstat", "colstat", nullptr};
+constexpr KW kBasisOld = {"rstatus", "cstatus", nullptr};
+constexpr KW kBasisVal = {"row", "col", nullptr};
+constexpr KW kBasisValOld = {"row", "column", nullptr};
+constexpr KW kInfeas = {"x", "slack", "duals", "djs", nullptr};
+constexpr KW kInfeasOld = {"mx", "mslack", "mdual", "mdj", nullptr};
+constexpr KW kNone = {nullptr};
+constexpr KW kSolution = {"solution", nullptr};
+constexpr KW kCalcObjN = {"objidx", "solution", nullptr};
+constexpr KW kCalcDjs = {"duals", "solution", "djs", nullptr};
+constexpr KW kCalcDjsOld = {"duals", "solution", "calculateddjs", nullptr};
+constexpr KW kCalcSlacks = {"solution", "slacks", nullptr};
+constexpr KW kCalcSlacksOld = {"solution", "calculatedslacks", nullptr};
+constexpr KW kSolInfo = {"solution", "duals", "property", nullptr};
+constexpr KW kSolInfoOld = {"solution", "dual", "property", nullptr};
+
+constexpr bool kReads = false;
+
+}  // namespace
+
+struct StateMemberTable {
+  static const Binding rows[];
+};
+
+// name, worker, format, keywords, legacy keywords, changes the model, help
+const Binding StateMemberTable::rows[] = {
+    // Solutions and bases
+    {"getlpsol", GetLpSol, "|OOOO", kSol, kSolOld, kReads, help::kGetLpSol},
+    {"getlastbarsol", GetLastBarSol, "|OOOO", kSol, kSolOld, kReads, help::kGetLastBarSol},
+    {"getmipsol", GetMipSol, "|OO", kMipSol, nullptr, kReads, help::kGetMipSol},
+    {"getlpsolval", GetLpSolVal, "|OO", kSolVal, kSolValOld, kReads, help::kGetLpSolVal},
+    {"getmipsolval", GetMipSolVal, "|OO", kSolVal, kSolValOld, kReads, help::kGetMipSolVal},
+    {"getbasis", GetBasis, "|OO", kBasis, kBasisOld, kReads, help::kGetBasis},
+    {"getbasisval", GetBasisVal, "|OO", kBasisVal, kBasisValOld, kReads, help::kGetBasisVal},
+    {"getinfeas", GetInfeas, "|OOOO", kInfeas, kInfeasOld, kReads, help::kGetInfeas},
+    {"getscaledinfeas", GetScaledInfeas, "|OOOO", kInfeas, kInfeasOld, kReads,
+     help::kGetScaledInfeas},
+    {"getprimalray", GetPrimalRay, "", kNone, nullptr, kReads, help::kGetPrimalRay},
+    {"getdualray", GetDualRay, "", kNone, nullptr, kReads, help::kGetDualRay},
+    {"hasprimalray", HasPrimalRay, "", kNone, nullptr, kReads, help::kHasPrimalRay},
+    {"hasdualray", HasDualRay, "", kNone, nullptr, kReads, help::kHasDualRay},
+    {"getunbvec", GetUnbVec, "", kNone, nullptr, kReads, help::kGetUnbVec},
+    // Values computed from a point
+    {"calcobjective", CalcObjective, "O", kSolution, nullptr, kReads, help::kCalcObjective},
+    {"calcobjn", CalcObjN, "iO", kCalcObjN, nullptr, kReads, help::kCalcObjN},
+    {"calcreducedcosts", CalcReducedCosts, "OOO", kCalcDjs, kCalcDjsOld, kReads,
+     help::kCalcReducedCosts},
+    {"calcslacks", CalcSlacks, "OO", kCalcSlacks, kCalcSlacksOld, kReads, help::kCalcSlacks},
+    {"calcsolinfo", CalcSolInfo, "OOi", kSolInfo, kSolInfoOld, kReads, help::kCalcSolInfo},
+};
+
+int RegisterStateMembers() {
+  return RegisterTable<StateMemberTable>(
+      std::make_index_sequence<std::size(StateMemberTable::rows)>());
+}
+
+}  // namespace zrv

@@ -1,0 +1,36 @@
+// The workers of the members about solver state: solutions, bases,
+// analysis, MIP starts, files of solutions and bases, by the file that
+// holds them. Each has the BindingWorker signature.
+#pragma once
+
+#include "bindings/binding.h"
+
+namespace zrv {
+
+#define ZRV_WORKER(name) \
+  PyObject *name(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds)
+
+// solution_readers.cpp
+ZRV_WORKER(GetLpSol);
+ZRV_WORKER(GetMipSol);
+ZRV_WORKER(GetLpSolVal);
+ZRV_WORKER(GetMipSolVal);
+ZRV_WORKER(GetLastBarSol);
+ZRV_WORKER(GetBasis);
+ZRV_WORKER(GetBasisVal);
+ZRV_WORKER(GetInfeas);
+ZRV_WORKER(GetScaledInfeas);
+ZRV_WORKER(GetPrimalRay);
+ZRV_WORKER(GetDualRay);
+ZRV_WORKER(HasPrimalRay);
+ZRV_WORKER(HasDualRay);
+ZRV_WORKER(GetUnbVec);
+ZRV_WORKER(CalcObjective);
+ZRV_WORKER(CalcObjN);
+ZRV_WORKER(CalcReducedCosts);
+ZRV_WORKER(CalcSlacks);
+ZRV_WORKER(CalcSolInfo);
+
+#undef ZRV_WORKER
+
+}  // namespace zrv
