@@ -692,6 +692,46 @@ ZRVS_API int ZRVScalcslacks(ZRVSprob prob, const double solution[], double slack
 ZRVS_API int ZRVScalcsolinfo(ZRVSprob prob, const double solution[], const double duals[],
                              int property, double *value);
 
+/* ---- Starting solutions and branching directives ---------------------- */
+
+/* A starting point for the next LP solve: x one value per column (needed),
+ * slack one per row (NULL: computed from x), duals and djs (both or
+ * neither). Used once, by the next LP solve of the problem as it is. */
+ZRVS_API int ZRVSloadlpsol(ZRVSprob prob, const double x[], const double slack[],
+                           const double duals[], const double djs[]);
+/* A full integer solution (one value per column) as a start for the next
+ * MIP solve. *status: 0 feasible and stored, 1 infeasible (not stored). */
+ZRVS_API int ZRVSloadmipsol(ZRVSprob prob, const double x[], int *status);
+/* Stores a full or partial integer solution (ncols values of the columns
+ * colind, or of the first ncols columns when colind is NULL) under a name
+ * (NULL: none). Several may be stored; the next MIP solve starts from the
+ * best feasible full one, else from the first partial one (HiGHS completes
+ * it), and then drops them all. */
+ZRVS_API int ZRVSaddmipsol(ZRVSprob prob, int ncols, const double solval[], const int colind[],
+                           const char *name);
+/* Branching directives: priority (lower first; NULL keeps 500), direction
+ * 'U' up branch first, 'D' down first, 'N' free (NULL: 'N'), pseudo costs
+ * up and down (NULL: none). Replaces the directives of those columns. Read by
+ * the engine's own branch and cut; HiGHS's search does not take them. */
+ZRVS_API int ZRVSloaddirs(ZRVSprob prob, int ndirs, const int colind[], const int priority[],
+                          const char dir[], const double uppseudo[], const double downpseudo[]);
+/* Directions only: dir > 0 up first, < 0 down first, 0 free. */
+ZRVS_API int ZRVSloadbranchdirs(ZRVSprob prob, int ncols, const int colind[], const int dir[]);
+/* The stored directives, by increasing column: their number in *ndirs and
+ * the arrays that are not NULL (each with room for *ndirs entries; call
+ * with NULL arrays first). */
+ZRVS_API int ZRVSgetdirs(ZRVSprob prob, int *ndirs, int colind[], int priority[], char dir[],
+                         double uppseudo[], double downpseudo[]);
+/* Presolved-space loaders and presolve marks. HiGHS presolves inside each
+ * solve and keeps no presolved problem between calls, so these fail with
+ * ZRVS_ERR_UNSUPPORTED and say so. */
+ZRVS_API int ZRVSloadpresolvebasis(ZRVSprob prob, const int rstatus[], const int cstatus[]);
+ZRVS_API int ZRVSloadpresolvedirs(ZRVSprob prob, int ndirs, const int colind[],
+                                  const int priority[], const char dir[],
+                                  const double uppseudo[], const double downpseudo[]);
+ZRVS_API int ZRVSloadsecurevecs(ZRVSprob prob, int nrows, int ncols, const int rowind[],
+                                const int colind[]);
+
 #ifdef __cplusplus
 }
 #endif

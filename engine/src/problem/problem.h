@@ -13,6 +13,7 @@
 #include "model/changes.h"
 #include "model/model.h"
 #include "problem/results.h"
+#include "problem/starts.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
 
@@ -40,6 +41,8 @@ struct zrvs_problem {
   // changed in the model since the solver last took it.
   std::unique_ptr<zorvan::HighsInstance, zorvan::HighsInstanceDeleter> highs;
   zorvan::ChangeLog changes;
+  // Starting solutions and branching directives for the next solves.
+  zorvan::SolverStarts starts;
 
   // Called by every change of the model: results of earlier solves no
   // longer describe it. `what` tells the solver how much it must take
@@ -51,6 +54,10 @@ struct zrvs_problem {
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();
+    if (columns)
+      starts.columns_deleted(mask);
+    else
+      starts.rows_changed();
     changes.note_deleted(columns, mask);
   }
 

@@ -7,6 +7,7 @@
 #include "solve/highs/basis.h"
 #include "solve/highs/instance.h"
 #include "solve/highs/loose_columns.h"
+#include "solve/highs/starts.h"
 #include "solve/highs/status.h"
 
 namespace zorvan {
@@ -88,6 +89,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
       start_basis(m, build_.lp, col_status, row_status) &&
       Highs_setBasis(h_, col_status.data(), row_status.data()) == kHighsStatusError)
     p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch");
+  hand_over_starts(p_, h_, build_, mip);
 }
 
 void HighsBackend::set_objective(const Stage &stage) {
