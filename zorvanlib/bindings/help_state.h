@@ -127,6 +127,78 @@ inline constexpr char kCalcSolInfo[] = ZRV_HELP(
     "v = p.calcsolinfo(x, None, 0)", "Reduced costs are computed from the duals.",
     "problem.getinfeas");
 
+inline constexpr char kLoadBasis[] = ZRV_HELP(
+    "Make the next LP solve start from a basis.", "p.loadbasis(rowstat, colstat)",
+    "rowstat: one status per row; colstat: one per column (0 nonbasic at lower bound, 1 "
+    "basic, 2 nonbasic at upper bound, 3 superbasic). Legacy keywords: rstatus, cstatus.",
+    "p.loadbasis(r, c); p.lpoptimize()",
+    "As many basic entries as rows; statuses must fit the bounds. An optimal basis "
+    "re-solves without iterations.",
+    "problem.getbasis, problem.readbasis");
+inline constexpr char kLoadPresolveBasis[] = ZRV_HELP(
+    "Load a basis of the presolved problem.", "p.loadpresolvebasis(rowstat, colstat)",
+    "rowstat, colstat: statuses by presolved row and column. Legacy keywords: rstatus, "
+    "cstatus.",
+    "p.loadbasis(r, c)",
+    "Refused: HiGHS presolves inside each solve and the engine keeps no presolved problem; "
+    "load a basis of the original problem with loadbasis.",
+    "problem.loadbasis");
+inline constexpr char kLoadLpSol[] = ZRV_HELP(
+    "Give the next LP solve a starting point.", "p.loadlpsol(x, slack=None, duals=None, djs=None)",
+    "x: one value per column; slack: one per row (None: computed from x); duals and djs: "
+    "prices, both or neither. Legacy keywords: x, slack, dual, dj.",
+    "p.loadlpsol(x0); p.lpoptimize()", "Used once, by the next LP solve.",
+    "problem.loadbasis, problem.loadmipsol");
+inline constexpr char kLoadMipSol[] = ZRV_HELP(
+    "Give the next MIP solve a full starting solution.", "status = p.loadmipsol(x)",
+    "x: one value per column. Legacy keyword: dsol.",
+    "if p.loadmipsol(x0) == 0: p.mipoptimize()",
+    "Returns 0 when the solution is feasible and stored, 1 when it is infeasible (not "
+    "stored).",
+    "problem.addmipsol");
+inline constexpr char kAddMipSol[] = ZRV_HELP(
+    "Store a full or partial integer solution as a start for the next MIP solve.",
+    "p.addmipsol(solval, colind=None, name=None)",
+    "solval: values; colind: their columns (None: the first columns in order); name: a "
+    "label. Legacy keywords: mipsolval, mipsolcol, solname.",
+    "p.addmipsol([1, 1], [x, y], 'guess')",
+    "Several may be stored: the next MIP solve starts from the best feasible full one, else "
+    "from the first partial one (HiGHS completes it), and then drops them all.",
+    "problem.loadmipsol");
+inline constexpr char kLoadDirs[] = ZRV_HELP(
+    "Set branching directives of columns.",
+    "p.loaddirs(colind, priority=None, dir=None, uppseudo=None, downpseudo=None)",
+    "colind: columns; priority: lower branches first; dir: 'U' up first, 'D' down first, "
+    "'N' free; uppseudo, downpseudo: pseudo costs. Legacy keywords: mcols, mpri, qbr, dupc, "
+    "ddpc.",
+    "p.loaddirs([x], [1], ['U'])",
+    "Kept with the problem and written by writedirs; the engine's own branch and cut reads "
+    "them, HiGHS's search does not.",
+    "problem.getdirs, problem.loadbranchdirs, problem.readdirs");
+inline constexpr char kLoadPresolveDirs[] = ZRV_HELP(
+    "Set branching directives in the presolved problem.",
+    "p.loadpresolvedirs(colind, priority=None, dir=None, uppseudo=None, downpseudo=None)",
+    "As loaddirs, by presolved column.", "p.loaddirs([x], [1])",
+    "Refused: the engine keeps no presolved problem; use loaddirs.", "problem.loaddirs");
+inline constexpr char kLoadBranchDirs[] = ZRV_HELP(
+    "Set the branching direction of columns.", "p.loadbranchdirs(colind, dir)",
+    "colind: columns; dir: > 0 up first, < 0 down first, 0 free. Legacy keywords: mcols, "
+    "mbranch.",
+    "p.loadbranchdirs([x, y], [1, -1])", "Priorities and pseudo costs are kept.",
+    "problem.loaddirs");
+inline constexpr char kGetDirs[] = ZRV_HELP(
+    "Read the branching directives.",
+    "n = p.getdirs(indices=None, prios=None, branchdirs=None, uppseudo=None, downpseudo=None)",
+    "Lists filled in place by increasing column. Legacy keywords: mcols, mpri, qbr, dupc, "
+    "ddpc.",
+    "cols = []; n = p.getdirs(cols)", "Returns the number of directives.", "problem.loaddirs");
+inline constexpr char kLoadSecureVecs[] = ZRV_HELP(
+    "Mark rows and columns that presolve must keep.", "p.loadsecurevecs(rowind, colind)",
+    "rowind, colind: rows and columns. Legacy keywords: mrow, mcol.",
+    "p.loadsecurevecs([c1], None)",
+    "Refused: HiGHS's presolve cannot be told to keep given rows or columns.",
+    "problem.loadpresolvebasis");
+
 #undef ZRV_SOLUTION_HELP
 #undef ZRV_INFEAS_HELP
 

@@ -35,7 +35,22 @@ constexpr KW kCalcSlacksOld = {"solution", "calculatedslacks", nullptr};
 constexpr KW kSolInfo = {"solution", "duals", "property", nullptr};
 constexpr KW kSolInfoOld = {"solution", "dual", "property", nullptr};
 
-constexpr bool kReads = false;
+constexpr KW kLoadLpSol = {"x", "slack", "duals", "djs", nullptr};
+constexpr KW kLoadLpSolOld = {"x", "slack", "dual", "dj", nullptr};
+constexpr KW kLoadMipSol = {"x", nullptr};
+constexpr KW kLoadMipSolOld = {"dsol", nullptr};
+constexpr KW kAddMipSol = {"solval", "colind", "name", nullptr};
+constexpr KW kAddMipSolOld = {"mipsolval", "mipsolcol", "solname", nullptr};
+constexpr KW kDirs = {"colind", "priority", "dir", "uppseudo", "downpseudo", nullptr};
+constexpr KW kDirsOld = {"mcols", "mpri", "qbr", "dupc", "ddpc", nullptr};
+constexpr KW kGetDirs = {"indices", "prios", "branchdirs", "uppseudo", "downpseudo", nullptr};
+constexpr KW kGetDirsOld = {"mcols", "mpri", "qbr", "dupc", "ddpc", nullptr};
+constexpr KW kBranchDirs = {"colind", "dir", nullptr};
+constexpr KW kBranchDirsOld = {"mcols", "mbranch", nullptr};
+constexpr KW kSecure = {"rowind", "colind", nullptr};
+constexpr KW kSecureOld = {"mrow", "mcol", nullptr};
+
+constexpr bool kReads = false, kChanges = true;
 
 }  // namespace
 
@@ -68,6 +83,21 @@ const Binding StateMemberTable::rows[] = {
      help::kCalcReducedCosts},
     {"calcslacks", CalcSlacks, "OO", kCalcSlacks, kCalcSlacksOld, kReads, help::kCalcSlacks},
     {"calcsolinfo", CalcSolInfo, "OOi", kSolInfo, kSolInfoOld, kReads, help::kCalcSolInfo},
+    // Loading solver state
+    {"loadbasis", LoadBasis, "OO", kBasis, kBasisOld, kChanges, help::kLoadBasis},
+    {"loadpresolvebasis", LoadPresolveBasis, "OO", kBasis, kBasisOld, kChanges,
+     help::kLoadPresolveBasis},
+    {"loadlpsol", LoadLpSol, "O|OOO", kLoadLpSol, kLoadLpSolOld, kChanges, help::kLoadLpSol},
+    {"loadmipsol", LoadMipSol, "O", kLoadMipSol, kLoadMipSolOld, kChanges, help::kLoadMipSol},
+    {"addmipsol", AddMipSol, "O|OO", kAddMipSol, kAddMipSolOld, kChanges, help::kAddMipSol},
+    {"loaddirs", LoadDirs, "O|OOOO", kDirs, kDirsOld, kChanges, help::kLoadDirs},
+    {"loadpresolvedirs", LoadPresolveDirs, "O|OOOO", kDirs, kDirsOld, kChanges,
+     help::kLoadPresolveDirs},
+    {"loadbranchdirs", LoadBranchDirs, "OO", kBranchDirs, kBranchDirsOld, kChanges,
+     help::kLoadBranchDirs},
+    {"getdirs", GetDirs, "|OOOOO", kGetDirs, kGetDirsOld, kReads, help::kGetDirs},
+    {"loadsecurevecs", LoadSecureVecs, "OO", kSecure, kSecureOld, kChanges,
+     help::kLoadSecureVecs},
 };
 
 int RegisterStateMembers() {

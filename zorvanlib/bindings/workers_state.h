@@ -31,6 +31,18 @@ ZRV_WORKER(CalcReducedCosts);
 ZRV_WORKER(CalcSlacks);
 ZRV_WORKER(CalcSolInfo);
 
+// state_loaders.cpp
+ZRV_WORKER(LoadBasis);
+ZRV_WORKER(LoadPresolveBasis);
+ZRV_WORKER(LoadLpSol);
+ZRV_WORKER(LoadMipSol);
+ZRV_WORKER(AddMipSol);
+ZRV_WORKER(LoadDirs);
+ZRV_WORKER(LoadPresolveDirs);
+ZRV_WORKER(LoadBranchDirs);
+ZRV_WORKER(GetDirs);
+ZRV_WORKER(LoadSecureVecs);
+
 #undef ZRV_WORKER
 
 }  // namespace zrv
