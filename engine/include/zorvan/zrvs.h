@@ -732,6 +732,33 @@ ZRVS_API int ZRVSloadpresolvedirs(ZRVSprob prob, int ndirs, const int colind[],
 ZRVS_API int ZRVSloadsecurevecs(ZRVSprob prob, int nrows, int ncols, const int rowind[],
                                 const int colind[]);
 
+/* ---- Sensitivity and the basis ----------------------------------------- */
+
+/* Ranging of the optimal basis of the last LP solve (a single-objective
+ * continuous LP, unchanged since). objsa: the interval of each listed
+ * column's cost over which the basis stays optimal. rhssa: the interval of
+ * each listed row's activity bound over which it stays optimal. bndsa: the
+ * intervals of each listed column's lower and upper bound (the inactive
+ * bound may move anywhere that keeps the column's value inside). Infinite
+ * ends are +-ZRVS_PLUSINFINITY. */
+ZRVS_API int ZRVSobjsa(ZRVSprob prob, int ncols, const int colind[], double lower[],
+                       double upper[]);
+ZRVS_API int ZRVSrhssa(ZRVSprob prob, int nrows, const int rowind[], double lower[],
+                       double upper[]);
+ZRVS_API int ZRVSbndsa(ZRVSprob prob, int ncols, const int colind[], double lblower[],
+                       double lbupper[], double ublower[], double ubupper[]);
+/* The basic rows and columns of the optimal basis of the last LP solve, in
+ * the order of the basis matrix B (rows as 0..rows-1, column j as rows +
+ * j). B holds the matrix column of a basic column and the unit column e_i of
+ * a basic row. */
+ZRVS_API int ZRVSgetpivotorder(ZRVSprob prob, int pivotorder[]);
+/* vec (one entry per row) replaced by B^-T vec (btran) or B^-1 vec (ftran). */
+ZRVS_API int ZRVSbtran(ZRVSprob prob, double vec[]);
+ZRVS_API int ZRVSftran(ZRVSprob prob, double vec[]);
+/* An estimate of the condition number of B: type 0, norm 1 (the 1-norm),
+ * scaled 0 (the unscaled basis); other values are refused. */
+ZRVS_API int ZRVSbasisstability(ZRVSprob prob, int type, int norm, int scaled, double *value);
+
 #ifdef __cplusplus
 }
 #endif
