@@ -199,6 +199,55 @@ inline constexpr char kLoadSecureVecs[] = ZRV_HELP(
     "Refused: HiGHS's presolve cannot be told to keep given rows or columns.",
     "problem.loadpresolvebasis");
 
+#define ZRV_RANGE_HELP(what, fn, lines, legacy)                                           \
+  ZRV_HELP("Read the intervals of " what " over which the optimal basis of the last LP "    \
+           "solve stays optimal.",                                                          \
+           "p." fn "(" lines ", lower, upper)",                                            \
+           lines ": indices, names or objects; lower, upper: lists filled in place." legacy, \
+           "lo = []; up = []; p." fn "([0, 1], lo, up)",                                   \
+           "Needs an optimal single-objective LP solve of the model as it is. Infinite "    \
+           "ends are 1e20 or -1e20.",                                                       \
+           "problem.objsa, problem.rhssa, problem.bndsa")
+
+inline constexpr char kObjSa[] =
+    ZRV_RANGE_HELP("cost coefficients", "objsa", "colind", " Legacy keyword: mindex.");
+inline constexpr char kRhsSa[] =
+    ZRV_RANGE_HELP("right-hand sides", "rhssa", "rowind", " Legacy keyword: mindex.");
+inline constexpr char kBndSa[] = ZRV_HELP(
+    "Read the intervals of lower and upper bounds over which the optimal basis stays "
+    "optimal.",
+    "p.bndsa(colind, lblower, lbupper, ublower, ubupper)",
+    "colind: columns; the four lists are filled in place. Legacy keyword: mindex.",
+    "a = []; b = []; c = []; d = []; p.bndsa([x], a, b, c, d)",
+    "The bound a column sits at is ranged by HiGHS; the other may move anywhere that keeps "
+    "the column's value inside its bounds.",
+    "problem.objsa, problem.rhssa");
+inline constexpr char kBTran[] = ZRV_HELP(
+    "Solve with the transposed basis matrix.", "p.btran(vec)",
+    "vec: a list with one value per row, replaced by the solution of B'y = vec.",
+    "v = [1, 0, 0]; p.btran(v)",
+    "B has, in the pivot order, the matrix column of each basic column and the unit column "
+    "of each basic row.",
+    "problem.ftran, problem.getpivotorder");
+inline constexpr char kFTran[] = ZRV_HELP(
+    "Solve with the basis matrix.", "p.ftran(vec)",
+    "vec: a list with one value per row, replaced by the solution of Bx = vec.",
+    "v = [1, 0, 0]; p.ftran(v)", "B as for btran.", "problem.btran, problem.getpivotorder");
+inline constexpr char kGetPivotOrder[] = ZRV_HELP(
+    "Read the basic rows and columns in the order of the basis matrix.",
+    "p.getpivotorder(pivotorder)",
+    "pivotorder: a list filled with constraint and var objects. Legacy keyword: mpiv.",
+    "order = []; p.getpivotorder(order)", "Needs an optimal LP solve.",
+    "problem.btran, problem.ftran");
+inline constexpr char kBasisStability[] = ZRV_HELP(
+    "Estimate the condition number of the optimal basis matrix.",
+    "v = p.basisstability(type=0, norm=1, scaled=0)",
+    "type 0: the condition number; norm 1: the 1-norm; scaled 0: the unscaled basis. Legacy "
+    "keyword: ifscaled.",
+    "v = p.basisstability()", "Other choices are refused. Hager's estimate of |B^-1|_1.",
+    "problem.ftran");
+
+#undef ZRV_RANGE_HELP
 #undef ZRV_SOLUTION_HELP
 #undef ZRV_INFEAS_HELP
 

@@ -50,6 +50,17 @@ constexpr KW kBranchDirsOld = {"mcols", "mbranch", nullptr};
 constexpr KW kSecure = {"rowind", "colind", nullptr};
 constexpr KW kSecureOld = {"mrow", "mcol", nullptr};
 
+constexpr KW kObjSa = {"colind", "lower", "upper", nullptr};
+constexpr KW kObjSaOld = {"mindex", "lower", "upper", nullptr};
+constexpr KW kRhsSa = {"rowind", "lower", "upper", nullptr};
+constexpr KW kBndSa = {"colind", "lblower", "lbupper", "ublower", "ubupper", nullptr};
+constexpr KW kBndSaOld = {"mindex", "lblower", "lbupper", "ublower", "ubupper", nullptr};
+constexpr KW kVec = {"vec", nullptr};
+constexpr KW kPivotOrder = {"pivotorder", nullptr};
+constexpr KW kPivotOrderOld = {"mpiv", nullptr};
+constexpr KW kStability = {"type", "norm", "scaled", nullptr};
+constexpr KW kStabilityOld = {"type", "norm", "ifscaled", nullptr};
+
 constexpr bool kReads = false, kChanges = true;
 
 }  // namespace
@@ -98,6 +109,16 @@ const Binding StateMemberTable::rows[] = {
     {"getdirs", GetDirs, "|OOOOO", kGetDirs, kGetDirsOld, kReads, help::kGetDirs},
     {"loadsecurevecs", LoadSecureVecs, "OO", kSecure, kSecureOld, kChanges,
      help::kLoadSecureVecs},
+    // Sensitivity and the basis
+    {"objsa", ObjSa, "OOO", kObjSa, kObjSaOld, kReads, help::kObjSa},
+    {"rhssa", RhsSa, "OOO", kRhsSa, kObjSaOld, kReads, help::kRhsSa},
+    {"bndsa", BndSa, "OOOOO", kBndSa, kBndSaOld, kReads, help::kBndSa},
+    {"btran", BTran, "O", kVec, nullptr, kReads, help::kBTran},
+    {"ftran", FTran, "O", kVec, nullptr, kReads, help::kFTran},
+    {"getpivotorder", GetPivotOrder, "O", kPivotOrder, kPivotOrderOld, kReads,
+     help::kGetPivotOrder},
+    {"basisstability", BasisStability, "|iii", kStability, kStabilityOld, kReads,
+     help::kBasisStability},
 };
 
 int RegisterStateMembers() {

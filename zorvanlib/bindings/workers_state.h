@@ -43,6 +43,15 @@ ZRV_WORKER(LoadBranchDirs);
 ZRV_WORKER(GetDirs);
 ZRV_WORKER(LoadSecureVecs);
 
+// sensitivity.cpp
+ZRV_WORKER(ObjSa);
+ZRV_WORKER(RhsSa);
+ZRV_WORKER(BndSa);
+ZRV_WORKER(BTran);
+ZRV_WORKER(FTran);
+ZRV_WORKER(GetPivotOrder);
+ZRV_WORKER(BasisStability);
+
 #undef ZRV_WORKER
 
 }  // namespace zrv
