@@ -759,6 +759,29 @@ ZRVS_API int ZRVSftran(ZRVSprob prob, double vec[]);
  * scaled 0 (the unscaled basis); other values are refused. */
 ZRVS_API int ZRVSbasisstability(ZRVSprob prob, int type, int norm, int scaled, double *value);
 
+/* ---- Infeasible subsystems ---------------------------------------------- */
+
+/* Irreducible infeasible subsystems (IIS) of the continuous relaxation:
+ * rows and column bounds that no point satisfies while every proper subset
+ * can be satisfied (a deletion filter on HiGHS LPs started from a dual
+ * ray). iisfirst forgets earlier ones and finds one (mode 0 or 1, both the
+ * deletion filter); iisnext finds one that avoids a row of each found so
+ * far; iisall repeats iisnext until none is left (at most 100). *status: 0
+ * found, 1 none (the model, or what is left of it, is feasible). */
+ZRVS_API int ZRVSiisfirst(ZRVSprob prob, int mode, int *status);
+ZRVS_API int ZRVSiisnext(ZRVSprob prob, int *status);
+ZRVS_API int ZRVSiisall(ZRVSprob prob);
+/* Forgets the subsystems found. */
+ZRVS_API int ZRVSiisclear(ZRVSprob prob);
+/* The number of subsystems found, and for each the number of rows and of
+ * column bounds (arrays may be NULL). */
+ZRVS_API int ZRVSiisstatus(ZRVSprob prob, int *niis, int nrows[], int ncols[]);
+/* Subsystem num (1-based): its rows and columns, each row's type (its
+ * model row type) and each column's bound ('L' or 'U'); arrays may be NULL,
+ * sized by ZRVSiisstatus. */
+ZRVS_API int ZRVSgetiisdata(ZRVSprob prob, int num, int *nrows, int *ncols, int rowind[],
+                            int colind[], char contype[], char bndtype[]);
+
 #ifdef __cplusplus
 }
 #endif
