@@ -247,6 +247,42 @@ inline constexpr char kBasisStability[] = ZRV_HELP(
     "v = p.basisstability()", "Other choices are refused. Hager's estimate of |B^-1|_1.",
     "problem.ftran");
 
+inline constexpr char kIisFirst[] = ZRV_HELP(
+    "Find an irreducible infeasible subsystem of the continuous relaxation.",
+    "status = p.iisfirst(mode=1)",
+    "mode: 0 or 1 (both run the deletion filter). Legacy keyword: iismode.",
+    "if p.iisfirst() == 0: p.getiisdata(1, rows, cols)",
+    "Returns 0 when one was found, 1 when the model is feasible. Forgets earlier ones. Every "
+    "proper subset of a subsystem is feasible.",
+    "problem.iisnext, problem.iisall, problem.getiisdata");
+inline constexpr char kIisNext[] = ZRV_HELP(
+    "Find another infeasible subsystem.", "status = p.iisnext()", "None.",
+    "while p.iisnext() == 0: pass",
+    "It avoids one row of each found so far; 1 when there is none left.", "problem.iisfirst");
+inline constexpr char kIisAll[] = ZRV_HELP(
+    "Find infeasible subsystems until none is left (at most 100).", "p.iisall()", "None.",
+    "p.iisall(); n = p.iisstatus()", "Forgets earlier ones first.", "problem.iisstatus");
+inline constexpr char kIisClear[] = ZRV_HELP(
+    "Forget the infeasible subsystems found.", "p.iisclear()", "None.", "p.iisclear()",
+    "A change of the model forgets them too.", "problem.iisfirst");
+inline constexpr char kIisStatus[] = ZRV_HELP(
+    "Count the infeasible subsystems found and their sizes.",
+    "n = p.iisstatus(nrows=None, ncols=None, suminfeas=None, numinfeas=None)",
+    "nrows, ncols: lists filled with the rows and column bounds of each subsystem. "
+    "suminfeas and numinfeas are not computed and must be None. Legacy keywords: rowsizes, "
+    "colsizes.",
+    "r = []; n = p.iisstatus(r)", "Returns the number of subsystems.", "problem.getiisdata");
+inline constexpr char kGetIisData[] = ZRV_HELP(
+    "Read one infeasible subsystem.",
+    "(nrows, ncols) = p.getiisdata(iis, rowind=None, colind=None, contype=None, "
+    "bndtype=None)",
+    "iis: its number from 1; rowind: its rows; colind: columns whose bound takes part; "
+    "contype: the rows' types; bndtype: 'L' or 'U' per column. duals, djs, isolationrows "
+    "and isolationcols are not computed and must be None. Legacy keywords: num, miisrow, "
+    "miiscol, constrainttype, colbndtype.",
+    "rows = []; cols = []; p.getiisdata(1, rows, cols)",
+    "Returns the numbers of rows and column bounds.", "problem.iisfirst");
+
 #undef ZRV_RANGE_HELP
 #undef ZRV_SOLUTION_HELP
 #undef ZRV_INFEAS_HELP

@@ -61,6 +61,15 @@ constexpr KW kPivotOrderOld = {"mpiv", nullptr};
 constexpr KW kStability = {"type", "norm", "scaled", nullptr};
 constexpr KW kStabilityOld = {"type", "norm", "ifscaled", nullptr};
 
+constexpr KW kIisFirst = {"mode", nullptr};
+constexpr KW kIisFirstOld = {"iismode", nullptr};
+constexpr KW kIisStatus = {"nrows", "ncols", "suminfeas", "numinfeas", nullptr};
+constexpr KW kIisStatusOld = {"rowsizes", "colsizes", "suminfeas", "numinfeas", nullptr};
+constexpr KW kIisData = {"iis", "rowind", "colind", "contype", "bndtype", "duals", "djs",
+                         "isolationrows", "isolationcols", nullptr};
+constexpr KW kIisDataOld = {"num", "miisrow", "miiscol", "constrainttype", "colbndtype",
+                            "duals", "rdcs", "isolationrows", "isolationcols", nullptr};
+
 constexpr bool kReads = false, kChanges = true;
 
 }  // namespace
@@ -119,6 +128,13 @@ const Binding StateMemberTable::rows[] = {
      help::kGetPivotOrder},
     {"basisstability", BasisStability, "|iii", kStability, kStabilityOld, kReads,
      help::kBasisStability},
+    // Infeasible subsystems
+    {"iisfirst", IisFirst, "|i", kIisFirst, kIisFirstOld, kReads, help::kIisFirst},
+    {"iisnext", IisNext, "", kNone, nullptr, kReads, help::kIisNext},
+    {"iisall", IisAll, "", kNone, nullptr, kReads, help::kIisAll},
+    {"iisclear", IisClear, "", kNone, nullptr, kReads, help::kIisClear},
+    {"iisstatus", IisStatus, "|OOOO", kIisStatus, kIisStatusOld, kReads, help::kIisStatus},
+    {"getiisdata", GetIisData, "i|OOOOOOOO", kIisData, kIisDataOld, kReads, help::kGetIisData},
 };
 
 int RegisterStateMembers() {

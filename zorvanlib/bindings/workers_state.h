@@ -52,6 +52,14 @@ ZRV_WORKER(FTran);
 ZRV_WORKER(GetPivotOrder);
 ZRV_WORKER(BasisStability);
 
+// infeasible_subsystems.cpp
+ZRV_WORKER(IisFirst);
+ZRV_WORKER(IisNext);
+ZRV_WORKER(IisAll);
+ZRV_WORKER(IisClear);
+ZRV_WORKER(IisStatus);
+ZRV_WORKER(GetIisData);
+
 #undef ZRV_WORKER
 
 }  // namespace zrv
