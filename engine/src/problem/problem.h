@@ -59,15 +59,12 @@ struct zrvs_problem {
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();
-<<<<<<< HEAD
     iis.clear();
     if (columns)
       starts.columns_deleted(mask);
     else
       starts.rows_changed();
-=======
     nlp_start.lines_deleted(columns, mask);
->>>>>>> main
     changes.note_deleted(columns, mask);
   }
 
