@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "bindings/help_texts.h"
+#include "bindings/members_state.h"
 #include "bindings/workers.h"
 
 namespace zrv {
@@ -161,6 +162,7 @@ const Binding MemberTable::rows[] = {
 };
 
 int RegisterMembers() {
+  if (RegisterStateMembers() < 0) return -1;
   if (RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>()) < 0)
     return -1;
   return RegisterNonlinearMembers();

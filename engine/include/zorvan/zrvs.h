@@ -734,6 +734,163 @@ ZRVS_CALLBACK_PAIR(checktime)
 ZRVS_CALLBACK_PAIR(beforeobjective)
 ZRVS_CALLBACK_PAIR(afterobjective)
 #undef ZRVS_CALLBACK_PAIR
+/* Solutions, bases and analysis                                             */
+/* ======================================================================== */
+
+/* One entry of the last LP solution: value and reduced cost of column col
+ * (skipped when col < 0), slack and dual of row row (skipped when row < 0).
+ * Outputs may be NULL. */
+ZRVS_API int ZRVSgetlpsolval(ZRVSprob prob, int col, int row, double *x, double *slack,
+                             double *dual, double *dj);
+/* One entry of the last integer solution: value of col, slack of row. */
+ZRVS_API int ZRVSgetmipsolval(ZRVSprob prob, int col, int row, double *x, double *slack);
+/* The solution that the barrier left in the last LP solve (after its
+ * crossover when crossover ran). Fails when the last LP solve did not run
+ * the barrier. Outputs may be NULL. */
+ZRVS_API int ZRVSgetlastbarsol(ZRVSprob prob, double x[], double slack[], double duals[],
+                               double djs[]);
+/* The basis status of one row and one column (an index < 0 is skipped). */
+ZRVS_API int ZRVSgetbasisval(ZRVSprob prob, int row, int col, int *rowstat, int *colstat);
+
+/* Infeasibilities of the last solution (the LP solution, else the integer
+ * one, which has no prices): the counts of columns outside their bounds
+ * (npv), rows outside their sides (nps), rows whose dual has the wrong
+ * sign (nds) and columns whose reduced cost has the wrong sign (ndv), and
+ * their indices in the arrays that are not NULL (each as long as its
+ * count; call with NULL arrays first to learn the counts). Tolerances:
+ * feastol and optimalitytol. ZRVSgetscaledinfeas measures the violations in
+ * the problem scaled as ZRVSscale scales it. */
+ZRVS_API int ZRVSgetinfeas(ZRVSprob prob, int *npv, int *nps, int *nds, int *ndv, int mx[],
+                           int mslack[], int mdual[], int mdj[]);
+ZRVS_API int ZRVSgetscaledinfeas(ZRVSprob prob, int *npv, int *nps, int *nds, int *ndv,
+                                 int mx[], int mslack[], int mdual[], int mdj[]);
+
+/* Rays of the last LP solve (a single-objective continuous LP, unchanged
+ * since). A primal ray (one entry per column) of an unbounded LP: a
+ * direction that keeps rows and bounds satisfied and improves the
+ * objective. A dual ray (one entry per row) of an infeasible LP: weights y
+ * with min over the column bounds of y'Ax > max over the row sides of y'r.
+ * *hasray is 0, and ray untouched, when the solve left none; ray may be
+ * NULL to ask only whether there is one. */
+ZRVS_API int ZRVSgetprimalray(ZRVSprob prob, double ray[], int *hasray);
+ZRVS_API int ZRVSgetdualray(ZRVSprob prob, double ray[], int *hasray);
+/* The nonbasic row or column that the primal ray follows, in the unified
+ * numbering (rows 0..rows-1, then columns from rows + sparerows); -1 when
+ * the last LP solve left no ray. */
+ZRVS_API int ZRVSgetunbvec(ZRVSprob prob, int *seq);
+
+/* Values computed from a given point (one value per column) on the model as
+ * it is: objective 0 (with its quadratic part), objective objidx, reduced
+ * costs c - A'y (+ Qx) from the duals, slacks rhs - activity. */
+ZRVS_API int ZRVScalcobjective(ZRVSprob prob, const double solution[], double *objval);
+ZRVS_API int ZRVScalcobjn(ZRVSprob prob, int objidx, const double solution[], double *objval);
+ZRVS_API int ZRVScalcreducedcosts(ZRVSprob prob, const double duals[], const double solution[],
+                                  double djs[]);
+ZRVS_API int ZRVScalcslacks(ZRVSprob prob, const double solution[], double slacks[]);
+/* One property of a point (and duals, for the dual properties):
+ * ZRVS_SOLINFO_ABSPRIMALINFEAS the largest bound or row violation,
+ * ZRVS_SOLINFO_RELPRIMALINFEAS the same divided by 1 + the largest |x| or
+ * |rhs|, ZRVS_SOLINFO_ABSDUALINFEAS the largest price of a wrong sign (the
+ * reduced costs are computed from the duals), ZRVS_SOLINFO_RELDUALINFEAS
+ * the same divided by 1 + the largest |cost|, ZRVS_SOLINFO_MAXMIPFRACTIONAL
+ * the largest distance of an integer column's value from an integer. */
+#define ZRVS_SOLINFO_ABSPRIMALINFEAS 0
+#define ZRVS_SOLINFO_RELPRIMALINFEAS 1
+#define ZRVS_SOLINFO_ABSDUALINFEAS 2
+#define ZRVS_SOLINFO_RELDUALINFEAS 3
+#define ZRVS_SOLINFO_MAXMIPFRACTIONAL 4
+ZRVS_API int ZRVScalcsolinfo(ZRVSprob prob, const double solution[], const double duals[],
+                             int property, double *value);
+
+/* ---- Starting solutions and branching directives ---------------------- */
+
+/* A starting point for the next LP solve: x one value per column (needed),
+ * slack one per row (NULL: computed from x), duals and djs (both or
+ * neither). Used once, by the next LP solve of the problem as it is. */
+ZRVS_API int ZRVSloadlpsol(ZRVSprob prob, const double x[], const double slack[],
+                           const double duals[], const double djs[]);
+/* A full integer solution (one value per column) as a start for the next
+ * MIP solve. *status: 0 feasible and stored, 1 infeasible (not stored). */
+ZRVS_API int ZRVSloadmipsol(ZRVSprob prob, const double x[], int *status);
+/* Stores a full or partial integer solution (ncols values of the columns
+ * colind, or of the first ncols columns when colind is NULL) under a name
+ * (NULL: none). Several may be stored; the next MIP solve starts from the
+ * best feasible full one, else from the first partial one (HiGHS completes
+ * it), and then drops them all. */
+ZRVS_API int ZRVSaddmipsol(ZRVSprob prob, int ncols, const double solval[], const int colind[],
+                           const char *name);
+/* Branching directives: priority (lower first; NULL keeps 500), direction
+ * 'U' up branch first, 'D' down first, 'N' free (NULL: 'N'), pseudo costs
+ * up and down (NULL: none). Replaces the directives of those columns. Read by
+ * the engine's own branch and cut; HiGHS's search does not take them. */
+ZRVS_API int ZRVSloaddirs(ZRVSprob prob, int ndirs, const int colind[], const int priority[],
+                          const char dir[], const double uppseudo[], const double downpseudo[]);
+/* Directions only: dir > 0 up first, < 0 down first, 0 free. */
+ZRVS_API int ZRVSloadbranchdirs(ZRVSprob prob, int ncols, const int colind[], const int dir[]);
+/* The stored directives, by increasing column: their number in *ndirs and
+ * the arrays that are not NULL (each with room for *ndirs entries; call
+ * with NULL arrays first). */
+ZRVS_API int ZRVSgetdirs(ZRVSprob prob, int *ndirs, int colind[], int priority[], char dir[],
+                         double uppseudo[], double downpseudo[]);
+/* Presolved-space loaders and presolve marks. HiGHS presolves inside each
+ * solve and keeps no presolved problem between calls, so these fail with
+ * ZRVS_ERR_UNSUPPORTED and say so. */
+ZRVS_API int ZRVSloadpresolvebasis(ZRVSprob prob, const int rstatus[], const int cstatus[]);
+ZRVS_API int ZRVSloadpresolvedirs(ZRVSprob prob, int ndirs, const int colind[],
+                                  const int priority[], const char dir[],
+                                  const double uppseudo[], const double downpseudo[]);
+ZRVS_API int ZRVSloadsecurevecs(ZRVSprob prob, int nrows, int ncols, const int rowind[],
+                                const int colind[]);
+
+/* ---- Sensitivity and the basis ----------------------------------------- */
+
+/* Ranging of the optimal basis of the last LP solve (a single-objective
+ * continuous LP, unchanged since). objsa: the interval of each listed
+ * column's cost over which the basis stays optimal. rhssa: the interval of
+ * each listed row's activity bound over which it stays optimal. bndsa: the
+ * intervals of each listed column's lower and upper bound (the inactive
+ * bound may move anywhere that keeps the column's value inside). Infinite
+ * ends are +-ZRVS_PLUSINFINITY. */
+ZRVS_API int ZRVSobjsa(ZRVSprob prob, int ncols, const int colind[], double lower[],
+                       double upper[]);
+ZRVS_API int ZRVSrhssa(ZRVSprob prob, int nrows, const int rowind[], double lower[],
+                       double upper[]);
+ZRVS_API int ZRVSbndsa(ZRVSprob prob, int ncols, const int colind[], double lblower[],
+                       double lbupper[], double ublower[], double ubupper[]);
+/* The basic rows and columns of the optimal basis of the last LP solve, in
+ * the order of the basis matrix B (rows as 0..rows-1, column j as rows +
+ * j). B holds the matrix column of a basic column and the unit column e_i of
+ * a basic row. */
+ZRVS_API int ZRVSgetpivotorder(ZRVSprob prob, int pivotorder[]);
+/* vec (one entry per row) replaced by B^-T vec (btran) or B^-1 vec (ftran). */
+ZRVS_API int ZRVSbtran(ZRVSprob prob, double vec[]);
+ZRVS_API int ZRVSftran(ZRVSprob prob, double vec[]);
+/* An estimate of the condition number of B: type 0, norm 1 (the 1-norm),
+ * scaled 0 (the unscaled basis); other values are refused. */
+ZRVS_API int ZRVSbasisstability(ZRVSprob prob, int type, int norm, int scaled, double *value);
+
+/* ---- Infeasible subsystems ---------------------------------------------- */
+
+/* Irreducible infeasible subsystems (IIS) of the continuous relaxation:
+ * rows and column bounds that no point satisfies while every proper subset
+ * can be satisfied (a deletion filter on HiGHS LPs started from a dual
+ * ray). iisfirst forgets earlier ones and finds one (mode 0 or 1, both the
+ * deletion filter); iisnext finds one that avoids a row of each found so
+ * far; iisall repeats iisnext until none is left (at most 100). *status: 0
+ * found, 1 none (the model, or what is left of it, is feasible). */
+ZRVS_API int ZRVSiisfirst(ZRVSprob prob, int mode, int *status);
+ZRVS_API int ZRVSiisnext(ZRVSprob prob, int *status);
+ZRVS_API int ZRVSiisall(ZRVSprob prob);
+/* Forgets the subsystems found. */
+ZRVS_API int ZRVSiisclear(ZRVSprob prob);
+/* The number of subsystems found, and for each the number of rows and of
+ * column bounds (arrays may be NULL). */
+ZRVS_API int ZRVSiisstatus(ZRVSprob prob, int *niis, int nrows[], int ncols[]);
+/* Subsystem num (1-based): its rows and columns, each row's type (its
+ * model row type) and each column's bound ('L' or 'U'); arrays may be NULL,
+ * sized by ZRVSiisstatus. */
+ZRVS_API int ZRVSgetiisdata(ZRVSprob prob, int num, int *nrows, int *ncols, int rowind[],
+                            int colind[], char contype[], char bndtype[]);
 
 #ifdef __cplusplus
 }

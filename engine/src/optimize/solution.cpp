@@ -1,22 +1,8 @@
 #include "optimize/solution.h"
 
+#include "model/evaluate.h"
+
 namespace zorvan {
-
-namespace {
-
-double objective_value(const Model &m, int k, const std::vector<double> &x) {
-  const Objective &o = m.objectives[k];
-  double v = o.constant;
-  for (int j = 0; j < m.cols(); ++j) v += o.coef[j] * x[j];
-  if (k == 0)
-    for (const auto &e : m.qobj) {
-      int i = e.first.first, j = e.first.second;
-      v += (i == j ? 0.5 : 1.0) * e.second * x[i] * x[j];
-    }
-  return v;
-}
-
-}  // namespace
 
 void record_solution(Backend &backend, const Model &m, const SolveRequest &request,
                      SolveState &res) {
@@ -37,7 +23,7 @@ void record_solution(Backend &backend, const Model &m, const SolveRequest &reque
     res.duals = std::move(duals), res.djs = std::move(djs);
   res.objvals.resize(m.objectives.size());
   for (size_t k = 0; k < m.objectives.size(); ++k)
-    res.objvals[k] = objective_value(m, static_cast<int>(k), res.x);
+    res.objvals[k] = objective_value(m, static_cast<int>(k), res.x.data());
   if (request.mip) {
     res.has_mip_solution = true;
     res.mipobjval = res.objvals[0];

@@ -13,6 +13,8 @@
 #include "model/changes.h"
 #include "model/model.h"
 #include "problem/results.h"
+#include "problem/iis_sets.h"
+#include "problem/starts.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
 
@@ -42,12 +44,17 @@ struct zrvs_problem {
   // changed in the model since the solver last took it.
   std::unique_ptr<zorvan::HighsInstance, zorvan::HighsInstanceDeleter> highs;
   zorvan::ChangeLog changes;
+  // Starting solutions and branching directives for the next solves.
+  zorvan::SolverStarts starts;
+  // Infeasible subsystems found since the last change.
+  std::vector<zorvan::Iis> iis;
 
   // Called by every change of the model: results of earlier solves no
   // longer describe it. `what` tells the solver how much it must take
   // again; by default, everything.
   void model_changed(zorvan::Change what = zorvan::Change::anything) {
     results = SolveState();
+    iis.clear();
     changes.note(what);
   }
   // Called by changes of values on known lines (column bounds; sides,
@@ -72,6 +79,11 @@ struct zrvs_problem {
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();
+    iis.clear();
+    if (columns)
+      starts.columns_deleted(mask);
+    else
+      starts.rows_changed();
     nlp_start.lines_deleted(columns, mask);
     changes.note_deleted(columns, mask);
   }

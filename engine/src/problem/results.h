@@ -39,6 +39,7 @@ struct SolveState {
   double mipgap = 0.0;
   double solvetime = 0.0;
   int64_t simplexiter = 0, bariter = 0, nodes = 0;
+  bool barrier = false;  // the LP solve ran the barrier (its solution is the barrier's)
   // The nonlinear solver's verdict (ZSLP_NLP_UNSTARTED when it did not run),
   // its own return code, its objective value and evaluation time.
   int nlpstatus = ZSLP_NLP_UNSTARTED;

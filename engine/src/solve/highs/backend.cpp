@@ -8,6 +8,7 @@
 #include "solve/highs/instance.h"
 #include "solve/highs/loose_columns.h"
 #include "solve/highs/open_mip.h"
+#include "solve/highs/starts.h"
 #include "solve/highs/status.h"
 
 namespace zorvan {
@@ -104,11 +105,13 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   keeps_basis_ = stages.size() == 1 && (listed_ ? !mip : basis_applies(m, build_, mip));
   const bool barrier = request_.algorithm == 'b' ||
                        (!request_.algorithm && p_.controls.get_int(ZRVS_DEFAULTALG, who) == 4);
+  p_.results.barrier = barrier && !mip;
   std::vector<HighsInt> col_status, row_status;
   if (keeps_basis_ && !barrier && (whole || basis_loaded) &&
       start_basis(m, build_.lp, col_status, row_status) &&
       Highs_setBasis(h_, col_status.data(), row_status.data()) == kHighsStatusError)
     p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch");
+  hand_over_starts(p_, h_, build_, mip);
 }
 
 void HighsBackend::set_objective(const Stage &stage) {

@@ -61,6 +61,10 @@ class HighsInstance {
   // hold objective levels or the cutoff): the next load hands over all.
   void forget() { mirrors_ = false; }
 
+  // HiGHS holds the problem's continuous LP as it is, line for line (what
+  // the analysis of a solved LP needs).
+  bool holds_lp() const { return mirrors_ && !mip_ && h_; }
+
   // Whole transfers so far.
   int64_t transfers() const { return transfers_; }
 
