@@ -17,7 +17,7 @@ SolveCallback::SolveCallback(void *highs, zrvs_problem &p) : highs_(highs), p_(p
 
 SolveCallback::~SolveCallback() {
   Highs_setCallback(highs_, nullptr, nullptr);
-  if (!partial_line_.empty()) p_.message(ZRVS_MSG_INFO, partial_line_);
+  if (!partial_line_.empty()) p_.message(ZRVS_MSG_INFO, partial_line_, ZRVS_MSGCODE_SOLVER_LOG);
 }
 
 void SolveCallback::handle(int type, const char *text, const HighsCallbackDataOut *out,
@@ -31,7 +31,7 @@ void SolveCallback::handle(int type, const char *text, const HighsCallbackDataOu
     self->partial_line_ += text ? text : "";
     size_t nl;
     while ((nl = self->partial_line_.find('\n')) != std::string::npos) {
-      self->p_.message(msgtype, self->partial_line_.substr(0, nl));
+      self->p_.message(msgtype, self->partial_line_.substr(0, nl), ZRVS_MSGCODE_SOLVER_LOG);
       self->partial_line_.erase(0, nl + 1);
     }
     return;
