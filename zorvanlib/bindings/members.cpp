@@ -7,6 +7,7 @@
 
 #include "bindings/help_texts.h"
 #include "bindings/workers.h"
+#include "bindings/workers_model.h"
 
 namespace zrv {
 
@@ -161,7 +162,9 @@ const Binding MemberTable::rows[] = {
 };
 
 int RegisterMembers() {
-  return RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>());
+  if (RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>()) < 0)
+    return -1;
+  return RegisterModelMembers();
 }
 
 }  // namespace zrv

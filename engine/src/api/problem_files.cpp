@@ -6,7 +6,8 @@ using namespace zorvan;
 
 namespace {
 void send_warnings(zrvs_problem &p, const std::vector<std::string> &warnings, const char *who) {
-  for (const std::string &w : warnings) p.message(ZRVS_MSG_WARNING, std::string(who) + ": " + w, ZRVS_MSGCODE_FILE_WARNING);
+  for (const std::string &w : warnings) p.message(ZRVS_MSG_WARNING, std::string(who) + ": " + w,
+      ZRVS_MSGCODE_FILE_WARNING);
 }
 }  // namespace
 

@@ -137,7 +137,8 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   res.solvetime = seconds_since(start);
   p.message(ZRVS_MSG_INFO, std::string(class_name(classify(m, !request.mip))) + " solve " +
                                status_text(res, request.mip) + ", objective " +
-                               std::to_string(request.mip ? res.mipobjval : res.lpobjval), ZRVS_MSGCODE_SOLVE_SUMMARY);
+                               std::to_string(request.mip ? res.mipobjval : res.lpobjval),
+                                   ZRVS_MSGCODE_SOLVE_SUMMARY);
   if (last.solvestatus == ZRVS_SOLVESTATUS_FAILED)
     fail(ZRVS_ERR_INTERNAL, "%s: %s failed to solve the problem (%s)", who, backend->name(),
          backend->failure().c_str());

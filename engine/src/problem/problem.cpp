@@ -70,7 +70,8 @@ void load_lp(zrvs_problem &p, const LpData &data, const char *who) {
   model.objsense = p.model.objsense;
   p.model = std::move(model);
   p.model_changed();
-  p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model), ZRVS_MSGCODE_PROBLEM_LOADED);
+  p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model),
+      ZRVS_MSGCODE_PROBLEM_LOADED);
 }
 
 void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int priority) {

@@ -68,7 +68,8 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   if (p_.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
     p_.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model"
                               : loaded == HighsInstance::Loaded::changes ? "HiGHS takes the changes"
-                                                                         : "HiGHS keeps its model", ZRVS_MSGCODE_MODEL_TRANSFER);
+                                                                         : "HiGHS keeps its model",
+              ZRVS_MSGCODE_MODEL_TRANSFER);
   // A MIP solve repeated without any change to the problem starts afresh,
   // so that it repeats its path; after a change HiGHS starts from what it
   // kept (its last incumbent).
@@ -86,7 +87,8 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   if (keeps_basis_ && !barrier && (whole || basis_loaded) &&
       start_basis(m, build_.lp, col_status, row_status) &&
       Highs_setBasis(h_, col_status.data(), row_status.data()) == kHighsStatusError)
-    p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch", ZRVS_MSGCODE_MODEL_TRANSFER);
+    p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch",
+        ZRVS_MSGCODE_MODEL_TRANSFER);
 }
 
 void HighsBackend::set_objective(const Stage &stage) {

@@ -27,7 +27,8 @@ std::vector<Operand> operands(const Model &m, int k, const std::string &need, co
   std::vector<Operand> ops;
   for (int64_t e = m.gencolstart[k]; e < m.gencolstart[k + 1]; ++e) {
     int j = m.gencol[e];
-    ops.push_back({j, finite_lower(m, j, need.c_str(), who), finite_upper(m, j, need.c_str(), who)});
+    ops.push_back({j, finite_lower(m, j, need.c_str(), who),
+                   finite_upper(m, j, need.c_str(), who)});
   }
   for (int64_t e = m.genvalstart[k]; e < m.genvalstart[k + 1]; ++e)
     ops.push_back({-1, m.genval[e], m.genval[e]});
