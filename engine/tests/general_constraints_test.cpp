@@ -238,6 +238,7 @@ TEST_F(GeneralConstraintTest, PiecewiseReadBackAndDeletion) {
   double px[5] = {0, 10, 0, 4, 10}, py[5] = {1, 2, 3, 4, 5};
   ASSERT_EQ(ZRVSaddpwlcons64(prob, 2, 5, x, y, start, px, py), 0) << last_error();
   EXPECT_EQ(int_attrib(ZRVS_PWLCONS), 2);
+  EXPECT_EQ(int_attrib(ZRVS_GENCONS), 2);  // counts both kinds
   int gx[2], gy[2];
   int64_t gs[3], n = 0;
   double gpx[5], gpy[5];

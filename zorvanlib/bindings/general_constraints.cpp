@@ -46,10 +46,14 @@ PyObject *DeleteIndices(ProblemObject *p, const Binding &b, PyObject *args, PyOb
   Py_RETURN_NONE;
 }
 
-// first..last of `count_attrib` items; InterfaceError for an empty range.
-int ItemRange(ProblemObject *p, int count_attrib, const char *what, int first, int last) {
-  int n = 0;
-  if (ReadIntAttrib(p, count_attrib, &n) < 0) return -1;
+// first..last of the general (piecewise-linear) constraints; InterfaceError
+// for an empty range. The gencons attribute counts both kinds.
+int ItemRange(ProblemObject *p, bool general, const char *what, int first, int last) {
+  int n = 0, pwl = 0;
+  if ((general && ReadIntAttrib(p, ZRVS_GENCONS, &n) < 0) ||
+      ReadIntAttrib(p, ZRVS_PWLCONS, &pwl) < 0)
+    return -1;
+  n = general ? n - pwl : pwl;
   if (last < first || first < 0 || last >= n) {
     PyErr_Format(InterfaceError, "Empty or invalid range of %s requested (%d..%d of %d)", what,
                  first, last, n);
@@ -96,7 +100,7 @@ PyObject *GetGenCons(ProblemObject *p, const Binding &b, PyObject *args, PyObjec
   if (!ParseArgs(b, args, kwds, &type, &res, &colstart, &colind, &maxcols, &valstart, &val,
                  &maxvals, &first, &last))
     return nullptr;
-  if (ItemRange(p, ZRVS_GENCONS, "general constraints", first, last) < 0) return nullptr;
+  if (ItemRange(p, true, "general constraints", first, last) < 0) return nullptr;
   int64_t ncols = 0, nvals = 0;
   if (CallUnlocked(ZRVSgetgencons64, p->prob, static_cast<int *>(nullptr),
                    static_cast<int *>(nullptr), static_cast<int64_t *>(nullptr),
@@ -160,7 +164,7 @@ PyObject *GetPwlCons(ProblemObject *p, const Binding &b, PyObject *args, PyObjec
   int first = 0, last = -1;
   if (!ParseArgs(b, args, kwds, &col, &res, &start, &x, &y, &maxpoints, &first, &last))
     return nullptr;
-  if (ItemRange(p, ZRVS_PWLCONS, "piecewise-linear constraints", first, last) < 0)
+  if (ItemRange(p, false, "piecewise-linear constraints", first, last) < 0)
     return nullptr;
   int64_t npoints = 0;
   if (CallUnlocked(ZRVSgetpwlcons64, p->prob, static_cast<int *>(nullptr),

@@ -86,7 +86,7 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_ORIGINALMIPENTS 1194
 #define ZRVS_ORIGINALCOLS 1214
 #define ZRVS_INDICATORS 1325
-#define ZRVS_GENCONS 1327
+#define ZRVS_GENCONS 1327 /* general and piecewise-linear constraints */
 #define ZRVS_SOLVESTATUS 1394
 #define ZRVS_SOLVEDOBJS 1397
 #define ZRVS_OBJECTIVES 1399
@@ -94,7 +94,7 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_BARITER 1403      /* barrier iterations of the last solve */
 #define ZRVS_QCONSTRAINTS 1404 /* rows with a quadratic part */
 #define ZRVS_QCELEMS 1405      /* quadratic entries over all rows */
-#define ZRVS_PWLCONS 1406      /* piecewise-linear constraints (ZRVS_GENCONS: general ones) */
+#define ZRVS_PWLCONS 1406      /* piecewise-linear constraints (ZRVS_GENCONS counts them too) */
 /* 64-bit integer attributes */
 #define ZRVS_ELEMS 1501
 #define ZRVS_NODES 1502 /* branch-and-bound nodes of the last solve */

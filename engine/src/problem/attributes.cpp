@@ -45,7 +45,7 @@ int64_t int_attribute(const zrvs_problem &p, int id, const char *who) {
     case ZRVS_SIMPLEXITER: return p.results.simplexiter;
     case ZRVS_BARITER: return p.results.bariter;
     case ZRVS_NODES: return p.results.nodes;
-    case ZRVS_GENCONS: return m.gencons();
+    case ZRVS_GENCONS: return m.gencons() + m.pwlcons();
     case ZRVS_PWLCONS: return m.pwlcons();
     // The engine keeps no spare rows.
     case ZRVS_SPAREROWS: return 0;
