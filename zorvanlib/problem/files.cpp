@@ -114,6 +114,9 @@ int BuildColumns(ProblemObject *p, int ncols, Rebuilt &out) {
   std::vector<Ref> names;
   if (out.column_names && ReadNames(p, 2, ncols, names) < 0) return -1;
   const uint64_t first_id = NextVarIds(n);
+  // Room for a stored bound of each new variable, so the maps grow once.
+  for (DoubleMap *m : {varLbMap, varUbMap})
+    if (m) m->reserve(m->size() + n);
   for (int j = 0; j < ncols; ++j) {
     const size_t k = static_cast<size_t>(j);
     PyObject *o = VarType.tp_alloc(&VarType, 0);
@@ -158,6 +161,8 @@ int BuildRows(ProblemObject *p, int nrows, Rebuilt &out) {
   // Identifiers taken as one block (the allocation slot would take one
   // each, under a lock each time).
   const uint64_t first_id = NextConIds(n);
+  for (DoubleMap *m : {conLbMap, conUbMap})
+    if (m) m->reserve(m->size() + n);
   for (int i = 0; i < nrows; ++i) {
     const size_t k = static_cast<size_t>(i);
     PyObject *o = PyType_GenericAlloc(&ConstraintType, 0);
