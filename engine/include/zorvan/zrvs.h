@@ -696,7 +696,8 @@ ZRVS_API int ZRVSwriteprob(ZRVSprob prob, const char *filename, const char *flag
 
 /* Solves the problem as it is: an LP or convex QP without discrete parts,
  * else a MIP (integer, semi-continuous, semi-integer, partially integer
- * columns, sets, indicators). Several objectives are solved by priority.
+ * columns, sets, indicators, general and piecewise-linear constraints).
+ * Several objectives are solved by priority.
  * flags: "" automatic, or one algorithm letter for continuous solves: 'd'
  * dual simplex, 'p' primal simplex, 'b' barrier. Quadratic rows and
  * quadratic objectives with discrete parts need the nonlinear solver and
@@ -704,8 +705,9 @@ ZRVS_API int ZRVSwriteprob(ZRVSprob prob, const char *filename, const char *flag
  * and ZRVS_SOLSTATUS_... A solve that runs and ends without a solution
  * (infeasible, stopped) is a success: the statuses say what happened. */
 ZRVS_API int ZRVSoptimize(ZRVSprob prob, const char *flags, int *solvestatus, int *solstatus);
-/* Solves the continuous relaxation (integrality, sets and indicator rows
- * dropped; semi-continuous columns relaxed to include 0). */
+/* Solves the continuous relaxation (integrality, sets, indicator rows,
+ * general and piecewise-linear constraints dropped; semi-continuous columns
+ * relaxed to include 0). */
 ZRVS_API int ZRVSlpoptimize(ZRVSprob prob, const char *flags);
 /* Solves as a MIP, also when the problem has no discrete parts. */
 ZRVS_API int ZRVSmipoptimize(ZRVSprob prob, const char *flags);
