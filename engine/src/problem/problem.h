@@ -37,6 +37,7 @@ struct zrvs_problem {
   zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
+  NlpStart nlp_start;           // starting point of the next nonlinear solve
 
   // The solver state that stays with the problem between solves, and what
   // changed in the model since the solver last took it.
@@ -53,6 +54,7 @@ struct zrvs_problem {
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();
+    nlp_start.lines_deleted(columns, mask);
     changes.note_deleted(columns, mask);
   }
 
