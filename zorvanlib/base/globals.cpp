@@ -40,6 +40,18 @@ uint64_t NextConId() {
   std::lock_guard<std::mutex> lock(ConstraintCounterLock);
   return conCounter++;
 }
+uint64_t NextVarIds(uint64_t n) {
+  std::lock_guard<std::mutex> lock(VarCounterLock);
+  uint64_t first = varCounter;
+  varCounter += n;
+  return first;
+}
+uint64_t NextConIds(uint64_t n) {
+  std::lock_guard<std::mutex> lock(ConstraintCounterLock);
+  uint64_t first = conCounter;
+  conCounter += n;
+  return first;
+}
 uint64_t NextSosId() {
   std::lock_guard<std::mutex> lock(SosCounterLock);
   return sosCounter++;

@@ -51,6 +51,9 @@ extern uint64_t sosCounter;
 void ResetSerialCounters();
 uint64_t NextVarId();
 uint64_t NextConId();
+// The first of n consecutive identifiers, taken under one lock.
+uint64_t NextVarIds(uint64_t n);
+uint64_t NextConIds(uint64_t n);
 uint64_t NextSosId();
 
 using DoubleMap = boost::unordered_flat_map<uint64_t, double>;

@@ -24,19 +24,6 @@ namespace {
 
 PyObject *Self(ProblemObject *p) { return reinterpret_cast<PyObject *>(p); }
 
-// The variable type of a column type letter, or -1.
-int TypeOfLetter(char c) {
-  switch (c) {
-    case 'C': return 0;
-    case 'B': return 1;
-    case 'I': return 2;
-    case 'S': return 3;
-    case 'R': return 4;
-    case 'P': return 5;
-  }
-  return -1;
-}
-
 // Optional names of n new columns or rows, packed for ZRVSaddnames; an
 // empty buffer when names is None.
 int PackNames(PyObject *names, Py_ssize_t n, const char *bad_length, const char *bad_name,
@@ -79,7 +66,7 @@ int ReadTypes(PyObject *types, Py_ssize_t n, std::vector<char> &letters) {
       return -1;
     }
     Py_UCS4 c = PyUnicode_READ_CHAR(item, 0);
-    if (c > 127 || TypeOfLetter(static_cast<char>(c)) < 0) {
+    if (c > 127 || VarTypeOfLetter(static_cast<char>(c)) < 0) {
       PyErr_SetString(ModelError, "Incorrect variable type");
       return -1;
     }
@@ -180,7 +167,7 @@ PyObject *AddCols(ProblemObject *p, const Binding &b, PyObject *args, PyObject *
     word = NextVarId() & kVarIdMask;
     const double l = lbs.get() ? lbs.as<double>()[k] : 0.0;
     const double u = ubs.get() ? ubs.as<double>()[k] : kInfinity;
-    const int t = letters.empty() ? 0 : TypeOfLetter(letters[static_cast<size_t>(k)]);
+    const int t = letters.empty() ? 0 : VarTypeOfLetter(letters[static_cast<size_t>(k)]);
     if (l != 0.0) VarSetLb(word, l);
     if (u < kInfinity) VarSetUb(word, u);
     if (t) VarSetType(word, t);

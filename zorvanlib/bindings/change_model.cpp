@@ -8,6 +8,7 @@
 
 #include "base/engine_call.h"
 #include "base/errors.h"
+#include "model/var.h"
 #include "zorvan/zrvs.h"
 
 namespace zrv {
@@ -85,7 +86,28 @@ PyObject *ChgBounds(ProblemObject *p, const Binding &b, PyObject *args, PyObject
 }
 
 PyObject *ChgColType(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {
-  return IndexedValues<char>(p, b, args, kwds, ElemChar, ZRVSchgcoltype);
+  PyObject *objs[2] = {nullptr, nullptr};
+  if (!ParseArgs(b, args, kwds, &objs[0], &objs[1])) return nullptr;
+  const int codes[2] = {ElemColumn, ElemChar};
+  NativeArray arrays[2];
+  Py_ssize_t n;
+  if (ConvertBatch(p, b, 0, 2, objs, codes, arrays, &n) < 0 || FitsInt(n) < 0) return nullptr;
+  const int *cols = arrays[0].as<const int>();
+  const char *letters = arrays[1].as<const char>();
+  if (CallUnlocked(ZRVSchgcoltype, p->prob, static_cast<int>(n), cols, letters) != 0)
+    return ReportError(Self(p), nullptr);
+  // The var objects of the columns take the new types (and a binary the
+  // bounds [0, 1] that the engine gave its column).
+  const Py_ssize_t listed = PyList_GET_SIZE(p->varlist);
+  for (Py_ssize_t k = 0; k < n; ++k) {
+    if (cols[k] < 0 || cols[k] >= listed) continue;
+    uint64_t &word = reinterpret_cast<VarObject *>(PyList_GET_ITEM(p->varlist, cols[k]))->word;
+    const int type = VarTypeOfLetter(letters[k]);
+    if (type < 0) continue;
+    VarSetType(word, type);
+    if (type == 1) VarSetLb(word, 0.0), VarSetUb(word, 1.0);
+  }
+  Py_RETURN_NONE;
 }
 
 PyObject *ChgGlbLimit(ProblemObject *p, const Binding &b, PyObject *args, PyObject *kwds) {

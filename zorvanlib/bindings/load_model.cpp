@@ -203,7 +203,7 @@ PyObject *LoadProblem(ProblemObject *p, const Binding &b, PyObject *args, PyObje
     return nullptr;
   }
   if (rc != 0) return ReportError(Self(p), nullptr);
-  if (AdoptEngineModel(p) < 0) {
+  if (AdoptEngineModel(p, l.given(kColNames), l.given(kRowNames)) < 0) {
     if (!PyErr_Occurred()) PyErr_SetString(ModelError, "Could not read problem");
     return nullptr;
   }

@@ -8,6 +8,7 @@
 #include "bindings/help_texts.h"
 #include "bindings/members_state.h"
 #include "bindings/workers.h"
+#include "bindings/workers_model.h"
 
 namespace zrv {
 
@@ -165,6 +166,7 @@ int RegisterMembers() {
   if (RegisterStateMembers() < 0) return -1;
   if (RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>()) < 0)
     return -1;
+  if (RegisterModelMembers() < 0) return -1;
   return RegisterNonlinearMembers();
 }
 

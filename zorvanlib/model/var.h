@@ -45,6 +45,20 @@ inline void VarSetType(uint64_t &word, int type) {
   word = (word & ~kVarTypeMask) | (static_cast<uint64_t>(type & 7) << kVarTypeShift);
 }
 
+// The variable type of an engine column type letter ('C' 0, 'B' 1, 'I' 2,
+// 'S' 3, 'R' 4, 'P' 5), or -1 for any other letter.
+inline int VarTypeOfLetter(char c) {
+  switch (c) {
+    case 'C': return 0;
+    case 'B': return 1;
+    case 'I': return 2;
+    case 'S': return 3;
+    case 'R': return 4;
+    case 'P': return 5;
+  }
+  return -1;
+}
+
 // The attribute store.
 double VarGetLb(uint64_t word);
 void VarSetLb(uint64_t &word, double v);

@@ -47,6 +47,7 @@ struct Ref {
 
 // The Python side of a read model, built before it replaces the old one.
 struct Rebuilt {
+  bool column_names = true, row_names = true;  // names read from the engine
   Ref vars, cons, sets;
   std::unique_ptr<IndexMap> colmap{new IndexMap}, rowmap{new IndexMap}, setmap{new IndexMap};
 };
@@ -111,14 +112,18 @@ int BuildColumns(ProblemObject *p, int ncols, Rebuilt &out) {
       CallUnlocked(ZRVSgetcoltype, p->prob, type.data(), 0, ncols - 1) != 0)
     return ReportFailure(self);
   std::vector<Ref> names;
-  if (ReadNames(p, 2, ncols, names) < 0) return -1;
+  if (out.column_names && ReadNames(p, 2, ncols, names) < 0) return -1;
+  const uint64_t first_id = NextVarIds(n);
+  // Room for a stored bound of each new variable, so the maps grow once.
+  for (DoubleMap *m : {varLbMap, varUbMap})
+    if (m) m->reserve(m->size() + n);
   for (int j = 0; j < ncols; ++j) {
     const size_t k = static_cast<size_t>(j);
     PyObject *o = VarType.tp_alloc(&VarType, 0);
     if (!o) return SetModelError(kFailed);
     Ref v(o);
     uint64_t &word = reinterpret_cast<VarObject *>(o)->word;
-    word = NextVarId() & kVarIdMask;
+    word = (first_id + k) & kVarIdMask;
     const int t = TypeOfLetter(type[k]);
     if (lb[k] != 0.0) VarSetLb(word, lb[k]);
     if (ub[k] < kInfinity) VarSetUb(word, ub[k]);
@@ -132,7 +137,7 @@ int BuildColumns(ProblemObject *p, int ncols, Rebuilt &out) {
       // so that it stays a valid semi-continuous variable.
       VarSetThreshold(word, std::max(threshold, lb[k]));
     }
-    VarSetName(word, names[k].o);
+    if (out.column_names) VarSetName(word, names[k].o);
     if (PyList_Append(out.vars.o, o) < 0) return SetModelError(kFailed);
     out.colmap->Set(VarId(word), j);
   }
@@ -152,14 +157,19 @@ int BuildRows(ProblemObject *p, int nrows, Rebuilt &out) {
       CallUnlocked(ZRVSgetrowtype, p->prob, type.data(), 0, nrows - 1) != 0)
     return ReportFailure(reinterpret_cast<PyObject *>(p));
   std::vector<Ref> names;
-  if (ReadNames(p, 1, nrows, names) < 0) return -1;
+  if (out.row_names && ReadNames(p, 1, nrows, names) < 0) return -1;
+  // Identifiers taken as one block (the allocation slot would take one
+  // each, under a lock each time).
+  const uint64_t first_id = NextConIds(n);
+  for (DoubleMap *m : {conLbMap, conUbMap})
+    if (m) m->reserve(m->size() + n);
   for (int i = 0; i < nrows; ++i) {
     const size_t k = static_cast<size_t>(i);
-    // The allocation slot gives the constraint its identifier.
-    PyObject *o = ConstraintType.tp_alloc(&ConstraintType, 0);
+    PyObject *o = PyType_GenericAlloc(&ConstraintType, 0);
     if (!o) return SetModelError(kFailed);
     Ref c(o);
     uint64_t &word = reinterpret_cast<ConstraintObject *>(o)->word;
+    word = (first_id + k) & kConstraintIdMask;
     double lo = -kInfinity, up = kInfinity;
     switch (type[k]) {
       case 'E': lo = up = rhs[k]; break;
@@ -173,7 +183,7 @@ int BuildRows(ProblemObject *p, int nrows, Rebuilt &out) {
     }
     ConSetLb(word, lo);
     ConSetUb(word, up);
-    ConSetName(word, names[k].o);
+    if (out.row_names) ConSetName(word, names[k].o);
     if (PyList_Append(out.cons.o, o) < 0) return SetModelError(kFailed);
     out.rowmap->Set(ConId(word), i);
   }
@@ -273,8 +283,10 @@ bool HasNonlinearParts(ProblemObject *p) { return p->nl_constraints > 0 || p->nl
 
 }  // namespace
 
-int AdoptEngineModel(ProblemObject *p) {
+int AdoptEngineModel(ProblemObject *p, bool column_names, bool row_names) {
   Rebuilt rebuilt;
+  rebuilt.column_names = column_names;
+  rebuilt.row_names = row_names;
   if (Rebuild(p, rebuilt) < 0) {
     // The engine holds the new model already: the old objects no longer
     // describe it, so the problem is left with none rather than wrong ones.

@@ -86,7 +86,7 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_ORIGINALMIPENTS 1194
 #define ZRVS_ORIGINALCOLS 1214
 #define ZRVS_INDICATORS 1325
-#define ZRVS_GENCONS 1327
+#define ZRVS_GENCONS 1327 /* general and piecewise-linear constraints */
 #define ZRVS_SOLVESTATUS 1394
 #define ZRVS_SOLVEDOBJS 1397
 #define ZRVS_OBJECTIVES 1399
@@ -94,6 +94,7 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_BARITER 1403      /* barrier iterations of the last solve */
 #define ZRVS_QCONSTRAINTS 1404 /* rows with a quadratic part */
 #define ZRVS_QCELEMS 1405      /* quadratic entries over all rows */
+#define ZRVS_PWLCONS 1406      /* piecewise-linear constraints (ZRVS_GENCONS counts them too) */
 /* 64-bit integer attributes */
 #define ZRVS_ELEMS 1501
 #define ZRVS_NODES 1502 /* branch-and-bound nodes of the last solve */
@@ -156,6 +157,22 @@ typedef struct zrvs_problem *ZRVSprob;
 /* Objective senses (ZRVSchgobjsense) */
 #define ZRVS_OBJ_MINIMIZE 1
 #define ZRVS_OBJ_MAXIMIZE (-1)
+
+/* General constraint types (ZRVSaddgencons64) */
+#define ZRVS_GENCONS_MAX 0
+#define ZRVS_GENCONS_MIN 1
+#define ZRVS_GENCONS_AND 2
+#define ZRVS_GENCONS_OR 3
+#define ZRVS_GENCONS_ABS 4
+
+/* Message codes (ZRVSsetmessagestatus): every message of the engine
+ * belongs to one of these kinds. */
+#define ZRVS_MSGCODE_PROBLEM_LOADED 101 /* a problem was loaded or read */
+#define ZRVS_MSGCODE_FILE_WARNING 102   /* a file was read or written with a warning */
+#define ZRVS_MSGCODE_SOLVE_SUMMARY 103  /* class, size and outcome of a solve */
+#define ZRVS_MSGCODE_SOLVER_LOG 104     /* lines of the underlying solver's log */
+#define ZRVS_MSGCODE_MODEL_TRANSFER 105 /* how the solver took the model */
+#define ZRVS_MSGCODE_SOLVE_WARNING 106  /* a solver result checked and corrected */
 
 /* Values of ZRVS_LPSTATUS */
 #define ZRVS_LP_UNSTARTED 0
@@ -316,6 +333,14 @@ ZRVS_API int ZRVSaddcbmessage(ZRVSprob prob, ZRVS_cbmessage f, void *data, int p
 /* Removes the callbacks equal to f (all if NULL) with data data (any if NULL). */
 ZRVS_API int ZRVSremovecbmessage(ZRVSprob prob, ZRVS_cbmessage f, void *data);
 
+/* Whether messages of a code (ZRVS_MSGCODE_...) are shown: status 1
+ * (the default), or 0 when they are suppressed. */
+ZRVS_API int ZRVSsetmessagestatus(ZRVSprob prob, int msgcode, int status);
+ZRVS_API int ZRVSgetmessagestatus(ZRVSprob prob, int msgcode, int *status);
+/* Writes the problem's messages (those the outputlog control lets through)
+ * also to a file, one line each, appending; NULL or "" closes it. */
+ZRVS_API int ZRVSsetlogfile(ZRVSprob prob, const char *filename);
+
 /* Asks a running solve to stop at its next check, with a stop reason
  * (ZRVS_STOP_...). Safe to call from any thread while the problem solves.
  * A request made while no solve runs is discarded when the next solve starts. */
@@ -437,6 +462,8 @@ ZRVS_API int ZRVSgetnames(ZRVSprob prob, int type, char names[], int first, int 
  * small is an error. */
 ZRVS_API int ZRVSgetnamelist(ZRVSprob prob, int type, char names[], int maxbytes, int *nbytes,
                              int first, int last);
+/* Names of sets first..last (as ZRVSaddnames with type 3). */
+ZRVS_API int ZRVSaddsetnames(ZRVSprob prob, const char names[], int first, int last);
 /* Index of a name, -1 when no entry has it. */
 ZRVS_API int ZRVSgetindex(ZRVSprob prob, int type, const char *name, int *index);
 
@@ -481,10 +508,86 @@ ZRVS_API int ZRVSgetsets64(ZRVSprob prob, char settype[], int64_t start[], int c
  * of the row's columns, which must then be finite. */
 ZRVS_API int ZRVSsetindicators(ZRVSprob prob, int nrows, const int rowind[], const int colind[],
                                const int complement[]);
+/* Rows first..last become ordinary rows. */
+ZRVS_API int ZRVSdelindicators(ZRVSprob prob, int first, int last);
 /* Indicator column (-1 none) and complement (1, -1, 0) of rows first..last;
  * either output may be NULL. */
 ZRVS_API int ZRVSgetindicators(ZRVSprob prob, int colind[], int complement[], int first,
                                int last);
+
+/* ======================================================================== */
+/* General and piecewise-linear constraints                                  */
+/* ======================================================================== */
+
+/* General constraints: resultant[k] = f(operands) with f by contype[k]:
+ * ZRVS_GENCONS_MAX / _MIN: the largest / smallest of the columns
+ *   colind[colstart[k] ..] and the constants val[valstart[k] ..];
+ * ZRVS_GENCONS_AND / _OR: of binary columns (no constants), the resultant
+ *   binary too; ZRVS_GENCONS_ABS: |x| of exactly one column.
+ * The operand parts end where the next constraint's begins, the last at
+ * ncols (nvals). Solved through binaries and big-M rows whose values come
+ * from the operands' bounds, which must then be finite. */
+ZRVS_API int ZRVSaddgencons64(ZRVSprob prob, int ncons, int64_t ncols, int64_t nvals,
+                              const int contype[], const int resultant[],
+                              const int64_t colstart[], const int colind[],
+                              const int64_t valstart[], const double val[]);
+/* General constraints first..last: types, resultants, operand columns (at
+ * most maxcols; colstart gets last-first+2 offsets, *ncols the total) and
+ * constants (at most maxvals, likewise). Any output but ncols and nvals may
+ * be NULL. */
+ZRVS_API int ZRVSgetgencons64(ZRVSprob prob, int contype[], int resultant[], int64_t colstart[],
+                              int colind[], int64_t maxcols, int64_t *ncols, int64_t valstart[],
+                              double val[], int64_t maxvals, int64_t *nvals, int first,
+                              int last);
+/* Deletes general constraints (indices may repeat); the rest move down. */
+ZRVS_API int ZRVSdelgencons(ZRVSprob prob, int ncons, const int conind[]);
+
+/* Piecewise-linear constraints: resultant[k] = f(colind[k]), f through
+ * the points (xval, yval)[start[k] ..] (at least two, x non-decreasing,
+ * two equal x make a jump) and extended by its end segments where the
+ * column's bounds reach beyond the points (such a bound must be finite).
+ * Solved through one binary per segment. */
+ZRVS_API int ZRVSaddpwlcons64(ZRVSprob prob, int npwls, int64_t npoints, const int colind[],
+                              const int resultant[], const int64_t start[], const double xval[],
+                              const double yval[]);
+/* Piecewise-linear constraints first..last, as ZRVSgetgencons64. */
+ZRVS_API int ZRVSgetpwlcons64(ZRVSprob prob, int colind[], int resultant[], int64_t start[],
+                              double xval[], double yval[], int64_t maxpoints,
+                              int64_t *npoints, int first, int last);
+ZRVS_API int ZRVSdelpwlcons(ZRVSprob prob, int npwls, const int pwlind[]);
+
+/* ======================================================================== */
+/* Single coefficients and quadratic entries                                 */
+/* ======================================================================== */
+
+/* Matrix coefficients: (row, col) becomes coef; 0 removes the entry. In a
+ * batch a pair given twice takes its last value. */
+ZRVS_API int ZRVSchgcoef(ZRVSprob prob, int row, int col, double coef);
+ZRVS_API int ZRVSchgmcoef(ZRVSprob prob, int ncoefs, const int rowind[], const int colind[],
+                          const double rowcoef[]);
+ZRVS_API int ZRVSchgmcoef64(ZRVSprob prob, int64_t ncoefs, const int rowind[],
+                            const int colind[], const double rowcoef[]);
+/* The coefficient (row, col) of the matrix, 0 when there is none. */
+ZRVS_API int ZRVSgetcoef(ZRVSprob prob, int row, int col, double *coef);
+/* One entry of the objective's Q as ZRVSchgmqobj64 sets them. */
+ZRVS_API int ZRVSchgqobj(ZRVSprob prob, int objqcol1, int objqcol2, double objqcoef);
+ZRVS_API int ZRVSgetqobj(ZRVSprob prob, int objqcol1, int objqcol2, double *objqcoef);
+/* One entry of a row's Q (see ZRVSaddqmatrix64): Q[i][j] = Q[j][i] = v,
+ * 0 removes it. */
+ZRVS_API int ZRVSchgqrowcoeff(ZRVSprob prob, int row, int rowqcol1, int rowqcol2,
+                              double rowqcoef);
+ZRVS_API int ZRVSgetqrowcoeff(ZRVSprob prob, int row, int rowqcol1, int rowqcol2,
+                              double *rowqcoef);
+/* Columns first..last of a row's symmetric Q (both triangles), as
+ * ZRVSgetmqobj64 reads the objective's. */
+ZRVS_API int ZRVSgetqrowqmatrix(ZRVSprob prob, int row, int64_t start[], int colind[],
+                                double rowqcoef[], int64_t maxcoefs, int64_t *ncoefs, int first,
+                                int last);
+/* The rows with a quadratic part: *nrows their number, rowind (may be
+ * NULL) the rows in ascending order. */
+ZRVS_API int ZRVSgetqrows(ZRVSprob prob, int *nrows, int rowind[]);
+/* Removes the quadratic part of a row. */
+ZRVS_API int ZRVSdelqmatrix(ZRVSprob prob, int row);
 
 /* ======================================================================== */
 /* Objectives                                                                */
@@ -498,6 +601,10 @@ ZRVS_API int ZRVSchgobj(ZRVSprob prob, int ncols, const int colind[], const doub
  * change. Further objectives must be linear. */
 ZRVS_API int ZRVSchgobjn(ZRVSprob prob, int objidx, int ncols, const int colind[],
                          const double objcoef[]);
+/* Adds an objective after the last one, with these coefficients (others
+ * 0), priority and weight. */
+ZRVS_API int ZRVSaddobj(ZRVSprob prob, int ncols, const int colind[], const double objcoef[],
+                        int priority, double weight);
 /* Removes objective objidx >= 1; later objectives move down one index. */
 ZRVS_API int ZRVSdelobj(ZRVSprob prob, int objidx);
 /* ZRVS_OBJ_MINIMIZE (1) or ZRVS_OBJ_MAXIMIZE (-1), for every objective. */
@@ -540,6 +647,14 @@ ZRVS_API int ZRVSgetcols64(ZRVSprob prob, int64_t start[], int rowind[], double 
                            int64_t maxcoefs, int64_t *ncoefs, int first, int last);
 ZRVS_API int ZRVSgetrows64(ZRVSprob prob, int64_t start[], int colind[], double colcoef[],
                            int64_t maxcoefs, int64_t *ncoefs, int first, int last);
+
+/* The non-continuous columns and the sets: *nentities and *nsets (either
+ * may be NULL) get their numbers; coltype, colind and limit get the type,
+ * index and threshold of each such column; settype, start (nsets+1
+ * offsets), setcols and refval describe the sets. Any array may be NULL. */
+ZRVS_API int ZRVSgetmipentities64(ZRVSprob prob, int *nentities, int *nsets, char coltype[],
+                                  int colind[], double limit[], char settype[], int64_t start[],
+                                  int setcols[], double refval[]);
 
 /* ======================================================================== */
 /* Problem files                                                             */
@@ -588,7 +703,8 @@ ZRVS_API int ZRVSwriteprob(ZRVSprob prob, const char *filename, const char *flag
 
 /* Solves the problem as it is: an LP or convex QP without discrete parts,
  * else a MIP (integer, semi-continuous, semi-integer, partially integer
- * columns, sets, indicators). Several objectives are solved by priority.
+ * columns, sets, indicators, general and piecewise-linear constraints).
+ * Several objectives are solved by priority.
  * flags: "" automatic, or one algorithm letter for continuous solves: 'd'
  * dual simplex, 'p' primal simplex, 'b' barrier. Quadratic rows and
  * quadratic objectives with discrete parts need the nonlinear solver and
@@ -596,8 +712,9 @@ ZRVS_API int ZRVSwriteprob(ZRVSprob prob, const char *filename, const char *flag
  * and ZRVS_SOLSTATUS_... A solve that runs and ends without a solution
  * (infeasible, stopped) is a success: the statuses say what happened. */
 ZRVS_API int ZRVSoptimize(ZRVSprob prob, const char *flags, int *solvestatus, int *solstatus);
-/* Solves the continuous relaxation (integrality, sets and indicator rows
- * dropped; semi-continuous columns relaxed to include 0). */
+/* Solves the continuous relaxation (integrality, sets, indicator rows,
+ * general and piecewise-linear constraints dropped; semi-continuous columns
+ * relaxed to include 0). */
 ZRVS_API int ZRVSlpoptimize(ZRVSprob prob, const char *flags);
 /* Solves as a MIP, also when the problem has no discrete parts. */
 ZRVS_API int ZRVSmipoptimize(ZRVSprob prob, const char *flags);

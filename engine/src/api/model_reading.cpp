@@ -70,4 +70,13 @@ int ZRVSgetrows64(ZRVSprob prob, int64_t start[], int colind[], double colcoef[]
   });
 }
 
+int ZRVSgetmipentities64(ZRVSprob prob, int *nentities, int *nsets, char coltype[],
+                         int colind[], double limit[], char settype[], int64_t start[],
+                         int setcols[], double refval[]) {
+  return problem_call(prob, "ZRVSgetmipentities64", [&](zrvs_problem &p) {
+    read_mip_entities(p.model, nentities, nsets, coltype, colind, limit, settype, start, setcols,
+                      refval);
+  });
+}
+
 }  // extern "C"

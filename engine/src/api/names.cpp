@@ -14,6 +14,12 @@ int ZRVSaddnames(ZRVSprob prob, int type, const char names[], int first, int las
   });
 }
 
+int ZRVSaddsetnames(ZRVSprob prob, const char names[], int first, int last) {
+  return problem_call(prob, "ZRVSaddsetnames", [&](zrvs_problem &p) {
+    p.model.add_names(3, names, first, last, "ZRVSaddsetnames");
+  });
+}
+
 int ZRVSgetnames(ZRVSprob prob, int type, char names[], int first, int last) {
   const char *who = "ZRVSgetnames";
   return problem_call(prob, who, [&](zrvs_problem &p) {

@@ -26,6 +26,25 @@ int ZRVSchgobjn(ZRVSprob prob, int objidx, int ncols, const int colind[],
   });
 }
 
+int ZRVSaddobj(ZRVSprob prob, int ncols, const int colind[], const double objcoef[],
+              int priority, double weight) {
+  const char *who = "ZRVSaddobj";
+  return problem_call(prob, who, [&](zrvs_problem &p) {
+    Model &m = p.model;
+    const int objidx = static_cast<int>(m.objectives.size());
+    // Checked on a copy of the new objective first, so a refused call adds
+    // nothing.
+    Objective o;
+    o.coef.assign(m.cols(), 0.0);
+    set_objective_int_control(o, ZRVS_OBJECTIVE_PRIORITY, priority, who);
+    set_objective_dbl_control(o, ZRVS_OBJECTIVE_WEIGHT, weight, who);
+    m.change_objective(objidx, ncols, colind, objcoef, who);
+    m.objectives[objidx].priority = o.priority;
+    m.objectives[objidx].weight = o.weight;
+    p.model_changed(Change::values);
+  });
+}
+
 int ZRVSdelobj(ZRVSprob prob, int objidx) {
   return problem_call(prob, "ZRVSdelobj", [&](zrvs_problem &p) {
     p.model.delete_objective(objidx, "ZRVSdelobj");

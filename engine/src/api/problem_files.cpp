@@ -6,7 +6,8 @@ using namespace zorvan;
 
 namespace {
 void send_warnings(zrvs_problem &p, const std::vector<std::string> &warnings, const char *who) {
-  for (const std::string &w : warnings) p.message(ZRVS_MSG_WARNING, std::string(who) + ": " + w);
+  for (const std::string &w : warnings) p.message(ZRVS_MSG_WARNING, std::string(who) + ": " + w,
+      ZRVS_MSGCODE_FILE_WARNING);
 }
 }  // namespace
 
@@ -22,7 +23,7 @@ int ZRVSreadprob(ZRVSprob prob, const char *filename, const char *flags) {
     p.model_changed();
     send_warnings(p, warnings, who);
     p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " read from " + filename + ": " +
-                                 size_text(p.model));
+                                 size_text(p.model), ZRVS_MSGCODE_PROBLEM_LOADED);
   });
 }
 

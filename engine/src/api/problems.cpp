@@ -91,4 +91,23 @@ int ZRVSinterrupt(ZRVSprob prob, int reason) {
   });
 }
 
+int ZRVSsetmessagestatus(ZRVSprob prob, int msgcode, int status) {
+  return problem_call(prob, "ZRVSsetmessagestatus", [&](zrvs_problem &p) {
+    set_message_status(p, msgcode, status, "ZRVSsetmessagestatus");
+  });
+}
+
+int ZRVSgetmessagestatus(ZRVSprob prob, int msgcode, int *status) {
+  const char *who = "ZRVSgetmessagestatus";
+  return problem_call(prob, who, [&](zrvs_problem &p) {
+    require(status, "status", who);
+    *status = message_status(p, msgcode, who);
+  });
+}
+
+int ZRVSsetlogfile(ZRVSprob prob, const char *filename) {
+  return problem_call(prob, "ZRVSsetlogfile",
+                      [&](zrvs_problem &p) { set_log_file(p, filename, "ZRVSsetlogfile"); });
+}
+
 }  // extern "C"

@@ -39,6 +39,13 @@ int ZRVSsetindicators(ZRVSprob prob, int nrows, const int rowind[], const int co
   });
 }
 
+int ZRVSdelindicators(ZRVSprob prob, int first, int last) {
+  return problem_call(prob, "ZRVSdelindicators", [&](zrvs_problem &p) {
+    p.model.delete_indicators(first, last, "ZRVSdelindicators");
+    p.model_changed();
+  });
+}
+
 int ZRVSgetindicators(ZRVSprob prob, int colind[], int complement[], int first, int last) {
   return problem_call(prob, "ZRVSgetindicators", [&](zrvs_problem &p) {
     read_indicators(p.model, colind, complement, first, last, "ZRVSgetindicators");

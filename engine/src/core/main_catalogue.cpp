@@ -93,6 +93,7 @@ std::vector<CatalogueEntry> build() {
       attribute(ZRVS_BARITER, "bariter", V::integer),
       attribute(ZRVS_QCONSTRAINTS, "qconstraints", V::integer),
       attribute(ZRVS_QCELEMS, "qcelems", V::integer),
+      attribute(ZRVS_PWLCONS, "pwlcons", V::integer),
       attribute(ZRVS_ELEMS, "elems", V::integer64),
       attribute(ZRVS_NODES, "nodes", V::integer64),
       attribute(ZRVS_BESTBOUND, "bestbound", V::real),

@@ -73,6 +73,11 @@ void check_writable(const Model &m, const char *who) {
     fail(ZRVS_ERR_UNSUPPORTED,
          "%s: the problem has %d objectives; MPS and LP files hold a single objective", who,
          static_cast<int>(m.objectives.size()));
+  if (m.gencons() > 0 || m.pwlcons() > 0)
+    fail(ZRVS_ERR_UNSUPPORTED,
+         "%s: the problem has %d general and %d piecewise-linear constraints, which MPS and LP "
+         "files here cannot hold; delete them before writing",
+         who, m.gencons(), m.pwlcons());
   for (int j = 0; j < m.cols(); ++j)
     if (m.coltype[j] == 'P')
       fail(ZRVS_ERR_UNSUPPORTED,

@@ -167,6 +167,7 @@ void Model::delete_columns(const std::vector<char> &del) {
     indcol[r] = map[indcol[r]];
     if (indcol[r] < 0) indflag[r] = 0;
   }
+  renumber_general_columns(map);
 }
 
 void Model::delete_rows(const std::vector<char> &del) {

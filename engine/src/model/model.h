@@ -130,6 +130,22 @@ struct Model {
   // enforced at column value 1, -1 when at value 0.
   std::vector<int> indcol, indflag;
 
+  // General constraints: genres[k] = f(operands) with f by gentype[k]
+  // (ZRVS_GENCONS_MAX, _MIN, _AND, _OR, _ABS); the operand columns are
+  // gencol[gencolstart[k] .. gencolstart[k+1]-1] and the constant operands
+  // genval[genvalstart[k] .. genvalstart[k+1]-1].
+  std::vector<int> gentype, genres;
+  std::vector<int64_t> gencolstart{0}, genvalstart{0};
+  std::vector<int> gencol;
+  std::vector<double> genval;
+
+  // Piecewise-linear constraints: pwlres[k] = f(pwlcol[k]), f through the
+  // points (pwlx, pwly)[pwlstart[k] .. pwlstart[k+1]-1], x non-decreasing
+  // (two equal x make a jump), the end segments extended beyond them.
+  std::vector<int> pwlcol, pwlres;
+  std::vector<int64_t> pwlstart{0};
+  std::vector<double> pwlx, pwly;
+
   // A simplex basis (ZRVS_BASIS_* statuses by column and by row) that the
   // next LP solve starts from: the basis of the last LP solve or one loaded
   // by the user. Columns and rows appended since keep no entry; deleting
@@ -146,7 +162,11 @@ struct Model {
   int mipents() const;
   int indicators() const;
   int64_t qcelems() const;
-  bool has_discrete() const { return mipents() > 0 || sets() > 0 || indicators() > 0; }
+  int gencons() const { return static_cast<int>(gentype.size()); }
+  int pwlcons() const { return static_cast<int>(pwlcol.size()); }
+  bool has_discrete() const {
+    return mipents() > 0 || sets() > 0 || indicators() > 0 || gencons() > 0 || pwlcons() > 0;
+  }
 
   // The matrix by columns (index = row) or by rows (index = column), each
   // line's entries in the order they were added.
@@ -211,6 +231,27 @@ struct Model {
   Names &names_of(int type, int *count, const char *who);
   // Names of entries first..last from a packed buffer; all are checked first.
   void add_names(int type, const char *names, int first, int last, const char *who);
+
+  // General and piecewise-linear constraints (general_constraints.cpp).
+  void add_general_constraints(int n, int64_t ncols, int64_t nvals, const int *type,
+                               const int *resultant, const int64_t *colstart, const int *colind,
+                               const int64_t *valstart, const double *val, const char *who);
+  void add_piecewise_constraints(int n, int64_t npoints, const int *col, const int *resultant,
+                                 const int64_t *start, const double *x, const double *y,
+                                 const char *who);
+  void delete_general_constraints(const std::vector<char> &del);
+  void delete_piecewise_constraints(const std::vector<char> &del);
+  // Follows a deletion of columns (map: new index or -1): constraints on a
+  // deleted resultant or pwl column go, deleted operands leave theirs.
+  void renumber_general_columns(const std::vector<int> &map);
+
+  // Single entries (coefficients.cpp). A zero value removes the entry.
+  void change_coefficients(int64_t n, const int *row, const int *col, const double *coef,
+                           const char *who);
+  double coefficient(int row, int col, const char *who) const;
+  void change_quadratic_entry(QForm &q, int i, int j, double v, const char *who);
+  void delete_row_quadratic(int row, const char *who);
+  void delete_indicators(int first, int last, const char *who);
 
   // A column that can only take 0 or 1: type 'B', or 'I' with bounds in [0, 1].
   bool is_binary(int c) const;

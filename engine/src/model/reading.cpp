@@ -39,11 +39,17 @@ void read_lines(const Compressed &c, int nlines, int64_t start[], int ind[], dou
 void read_quadratic_objective(const Model &m, int64_t start[], int colind[], double coef[],
                               int64_t maxcoefs, int64_t *ncoefs, int first, int last,
                               const char *who) {
+  read_quadratic_form(m, m.qobj, start, colind, coef, maxcoefs, ncoefs, first, last, who);
+}
+
+void read_quadratic_form(const Model &m, const QForm &q, int64_t start[], int colind[],
+                         double coef[], int64_t maxcoefs, int64_t *ncoefs, int first, int last,
+                         const char *who) {
   require(ncoefs, "ncoefs", who);
   check_range(first, last, m.cols(), "column", who);
   // Column j of the symmetric matrix: entries (i, j) from both triangles.
   std::vector<std::vector<std::pair<int, double>>> column(last - first + 1);
-  for (const auto &e : m.qobj) {
+  for (const auto &e : q) {
     int i = e.first.first, j = e.first.second;
     if (j >= first && j <= last) column[j - first].push_back({i, e.second});
     if (i != j && i >= first && i <= last) column[i - first].push_back({j, e.second});
@@ -96,6 +102,58 @@ void read_indicators(const Model &m, int colind[], int complement[], int first, 
     if (colind) colind[r - first] = m.indcol[r];
     if (complement) complement[r - first] = m.indflag[r];
   }
+}
+
+void read_general_constraints(const Model &m, int contype[], int resultant[],
+                              int64_t colstart[], int colind[], int64_t maxcols, int64_t *ncols,
+                              int64_t valstart[], double val[], int64_t maxvals, int64_t *nvals,
+                              int first, int last, const char *who) {
+  require(ncols, "ncols", who);
+  require(nvals, "nvals", who);
+  check_range(first, last, m.gencons(), "general constraint", who);
+  for (int k = first; k <= last; ++k) {
+    if (contype) contype[k - first] = m.gentype[k];
+    if (resultant) resultant[k - first] = m.genres[k];
+  }
+  *ncols = copy_lines(m.gencolstart.data(), m.gencol.data(), nullptr, first, last, maxcols,
+                      colstart, colind, nullptr);
+  *nvals = copy_lines(m.genvalstart.data(), nullptr, m.genval.data(), first, last, maxvals,
+                      valstart, nullptr, val);
+}
+
+void read_piecewise_constraints(const Model &m, int colind[], int resultant[], int64_t start[],
+                                double xval[], double yval[], int64_t maxpoints,
+                                int64_t *npoints, int first, int last, const char *who) {
+  require(npoints, "npoints", who);
+  check_range(first, last, m.pwlcons(), "piecewise-linear constraint", who);
+  for (int k = first; k <= last; ++k) {
+    if (colind) colind[k - first] = m.pwlcol[k];
+    if (resultant) resultant[k - first] = m.pwlres[k];
+  }
+  *npoints = copy_lines(m.pwlstart.data(), nullptr, m.pwlx.data(), first, last, maxpoints, start,
+                        nullptr, xval);
+  copy_lines(m.pwlstart.data(), nullptr, m.pwly.data(), first, last, maxpoints, nullptr, nullptr,
+             yval);
+}
+
+void read_mip_entities(const Model &m, int *nentities, int *nsets, char coltype[], int colind[],
+                       double limit[], char settype[], int64_t start[], int setcols[],
+                       double refval[]) {
+  int n = 0;
+  for (int j = 0; j < m.cols(); ++j) {
+    if (m.coltype[j] == 'C') continue;
+    if (coltype) coltype[n] = m.coltype[j];
+    if (colind) colind[n] = j;
+    if (limit) limit[n] = m.limit[j];
+    ++n;
+  }
+  if (nentities) *nentities = n;
+  if (nsets) *nsets = m.sets();
+  for (int s = 0; s < m.sets(); ++s)
+    if (settype) settype[s] = m.settype[s];
+  if (start) std::copy(m.setstart.begin(), m.setstart.end(), start);
+  if (setcols) std::copy(m.setcol.begin(), m.setcol.end(), setcols);
+  if (refval) std::copy(m.setref.begin(), m.setref.end(), refval);
 }
 
 void read_row_ranges(const Model &m, double range[], int first, int last, const char *who) {

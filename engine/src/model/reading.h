@@ -32,6 +32,26 @@ void read_quadratic_objective(const Model &m, int64_t start[], int colind[], dou
                               int64_t maxcoefs, int64_t *ncoefs, int first, int last,
                               const char *who);
 
+// The same for any symmetric form over the columns (a row's quadratic part).
+void read_quadratic_form(const Model &m, const QForm &q, int64_t start[], int colind[],
+                         double coef[], int64_t maxcoefs, int64_t *ncoefs, int first, int last,
+                         const char *who);
+
+// General constraints first..last: types, resultants, operand columns and
+// constants (each at most its max; *ncols and *nvals get the totals).
+void read_general_constraints(const Model &m, int contype[], int resultant[],
+                              int64_t colstart[], int colind[], int64_t maxcols, int64_t *ncols,
+                              int64_t valstart[], double val[], int64_t maxvals, int64_t *nvals,
+                              int first, int last, const char *who);
+// Piecewise-linear constraints first..last; *npoints gets the total.
+void read_piecewise_constraints(const Model &m, int colind[], int resultant[], int64_t start[],
+                                double xval[], double yval[], int64_t maxpoints,
+                                int64_t *npoints, int first, int last, const char *who);
+// Non-continuous columns (type, index, threshold) and the sets whole.
+void read_mip_entities(const Model &m, int *nentities, int *nsets, char coltype[], int colind[],
+                       double limit[], char settype[], int64_t start[], int setcols[],
+                       double refval[]);
+
 // The quadratic entries of a row, one per pair i <= j; the entries are
 // written only when all three arrays are given.
 void read_row_quadratic(const Model &m, int row, int64_t *n, int col1[], int col2[],

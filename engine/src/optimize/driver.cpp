@@ -179,7 +179,8 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   res.solvetime = seconds_since(start);
   p.message(ZRVS_MSG_INFO, std::string(class_name(problem_class)) + " solve " +
                                status_text(res, request.mip) + ", objective " +
-                               std::to_string(request.mip ? res.mipobjval : res.lpobjval));
+                               std::to_string(request.mip ? res.mipobjval : res.lpobjval),
+                                   ZRVS_MSGCODE_SOLVE_SUMMARY);
   if (last.solvestatus == ZRVS_SOLVESTATUS_FAILED)
     fail(ZRVS_ERR_INTERNAL, "%s: %s failed to solve the problem (%s)", who, backend->name(),
          backend->failure().c_str());

@@ -52,10 +52,10 @@ int64_t int_attribute(const zrvs_problem &p, int id, const char *who) {
     case ZRVS_SIMPLEXITER: return p.results.simplexiter;
     case ZRVS_BARITER: return p.results.bariter;
     case ZRVS_NODES: return p.results.nodes;
-    // The engine keeps no spare rows; general constraints are not part of
-    // the stored model yet.
-    case ZRVS_SPAREROWS:
-    case ZRVS_GENCONS: return 0;
+    case ZRVS_GENCONS: return m.gencons() + m.pwlcons();
+    case ZRVS_PWLCONS: return m.pwlcons();
+    // The engine keeps no spare rows.
+    case ZRVS_SPAREROWS: return 0;
   }
   fail(ZRVS_ERR_INTERNAL, "%s: attribute %s has no value", who, e.name);
 }

@@ -9,8 +9,11 @@
 
 using namespace zorvan;
 
-void zrvs_problem::message(int msgtype, const std::string &text) {
+void zrvs_problem::message(int msgtype, const std::string &text, int code) {
   if (controls.get_int(ZRVS_OUTPUTLOG, "message") < 1) return;
+  if (code != 0 && std::find(suppressed_codes.begin(), suppressed_codes.end(), code) !=
+                       suppressed_codes.end())
+    return;
   const auto callbacks = events.snapshot(EventKind::message);
   auto call = [&](const Registration &r, const char *msg, int len, int type) {
     reinterpret_cast<ZRVS_cbmessage>(r.function)(this, r.data, msg, len, type);
@@ -24,6 +27,12 @@ void zrvs_problem::message(int msgtype, const std::string &text) {
   int len = static_cast<int>(line.size());
   for (const auto &r : *callbacks) call(r, line.c_str(), len, msgtype);
   send_to_global_handlers(this, line.c_str(), len, msgtype);
+  std::lock_guard<std::mutex> lock(logfile_mutex);
+  if (logfile) {
+    std::fwrite(line.data(), 1, line.size(), logfile.get());
+    std::fputc('\n', logfile.get());
+    std::fflush(logfile.get());
+  }
 }
 
 namespace zorvan {
@@ -63,7 +72,8 @@ void load_lp(zrvs_problem &p, const LpData &data, const char *who) {
   p.model = std::move(model);
   p.nlp_start = NlpStart();
   p.model_changed();
-  p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model));
+  p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model),
+      ZRVS_MSGCODE_PROBLEM_LOADED);
 }
 
 void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int priority) {
@@ -72,6 +82,38 @@ void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int pri
 
 void remove_message_callbacks(zrvs_problem &p, ZRVS_cbmessage f, void *data) {
   p.events.remove(EventKind::message, reinterpret_cast<void (*)()>(f), data);
+}
+
+void check_message_code(int code, const char *who) {
+  if (code < ZRVS_MSGCODE_PROBLEM_LOADED || code > ZRVS_MSGCODE_SOLVE_WARNING)
+    fail(ZRVS_ERR_ARGUMENT, "%s: %d is not a message code (%d..%d)", who, code,
+         ZRVS_MSGCODE_PROBLEM_LOADED, ZRVS_MSGCODE_SOLVE_WARNING);
+}
+
+void set_message_status(zrvs_problem &p, int code, int status, const char *who) {
+  check_message_code(code, who);
+  if (status != 0 && status != 1)
+    fail(ZRVS_ERR_ARGUMENT, "%s: status is %d, not 1 (show) or 0 (suppress)", who, status);
+  auto &s = p.suppressed_codes;
+  s.erase(std::remove(s.begin(), s.end(), code), s.end());
+  if (status == 0) s.push_back(code);
+}
+
+int message_status(const zrvs_problem &p, int code, const char *who) {
+  check_message_code(code, who);
+  const auto &s = p.suppressed_codes;
+  return std::find(s.begin(), s.end(), code) == s.end() ? 1 : 0;
+}
+
+void set_log_file(zrvs_problem &p, const char *filename, const char *who) {
+  std::unique_ptr<std::FILE, zrvs_problem::FileCloser> file;
+  if (filename && *filename) {
+    file.reset(std::fopen(filename, "a"));
+    if (!file)
+      fail(ZRVS_ERR_FILE, "%s: cannot open log file '%s' for writing", who, filename);
+  }
+  std::lock_guard<std::mutex> lock(p.logfile_mutex);
+  p.logfile = std::move(file);
 }
 
 void check_stop_reason(int reason, const char *who) {

@@ -1,7 +1,9 @@
 // The engine's problem object behind the ZRVSprob handle.
 #pragma once
 #include <atomic>
+#include <cstdio>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -88,9 +90,20 @@ struct zrvs_problem {
     changes.note_deleted(columns, mask);
   }
 
-  // Sends a message to the problem's callbacks and the global handlers,
-  // subject to the outputlog control; msgtype ZRVS_MSG_FLUSH sends a flush.
-  void message(int msgtype, const std::string &text);
+  // Message codes (ZRVS_MSGCODE_...) whose messages are suppressed, and the
+  // file that receives a copy of every message shown (none: null).
+  std::vector<int> suppressed_codes;
+  struct FileCloser {
+    void operator()(std::FILE *f) const { std::fclose(f); }
+  };
+  std::unique_ptr<std::FILE, FileCloser> logfile;
+  std::mutex logfile_mutex;
+
+  // Sends a message to the problem's callbacks, the global handlers and the
+  // log file, subject to the outputlog control and to the status of its
+  // code (0: a message of no code, always shown); msgtype ZRVS_MSG_FLUSH
+  // sends a flush.
+  void message(int msgtype, const std::string &text, int code = 0);
 };
 
 namespace zorvan {
@@ -122,6 +135,14 @@ void load_lp(zrvs_problem &p, const LpData &data, const char *who);
 // data, NULL matching any.
 void add_message_callback(zrvs_problem &p, ZRVS_cbmessage f, void *data, int priority);
 void remove_message_callbacks(zrvs_problem &p, ZRVS_cbmessage f, void *data);
+
+// Message codes: whether one is known, and the show (1) / suppress (0)
+// status of messages of a code.
+void check_message_code(int code, const char *who);
+void set_message_status(zrvs_problem &p, int code, int status, const char *who);
+int message_status(const zrvs_problem &p, int code, const char *who);
+// Opens (appending) or, for an empty name, closes the problem's log file.
+void set_log_file(zrvs_problem &p, const char *filename, const char *who);
 
 // Throws unless reason is a stop reason a caller may ask for.
 void check_stop_reason(int reason, const char *who);

@@ -124,7 +124,8 @@ void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const c
         res.solstatus == ZRVS_SOLSTATUS_UNBOUNDED)
       return;
     if (res.solstatus == ZRVS_SOLSTATUS_INFEASIBLE) {
-      p.message(ZRVS_MSG_WARNING, "HiGHS reported the QP unbounded; it has no feasible point");
+      p.message(ZRVS_MSG_WARNING, "HiGHS reported the QP unbounded; it has no feasible point",
+          ZRVS_MSGCODE_SOLVE_WARNING);
       return;
     }
     first = "HiGHS reported it unbounded, but " + recession;
@@ -145,10 +146,12 @@ void verify_qp_result(zrvs_problem &p, const std::string &solver_status, const c
   if (!unbounded && settle_by_recession(p, qp, primal_tol, recession)) {
     p.message(ZRVS_MSG_WARNING, first + "; the QP is " +
                                     (res.solstatus == ZRVS_SOLSTATUS_UNBOUNDED ? "unbounded"
-                                                                               : "infeasible"));
+                                                                               : "infeasible"),
+              ZRVS_MSGCODE_SOLVE_WARNING);
     return;
   }
-  p.message(ZRVS_MSG_WARNING, first + "; solving the QP again by the interior point method");
+  p.message(ZRVS_MSG_WARNING, first + "; solving the QP again by the interior point method",
+      ZRVS_MSGCODE_SOLVE_WARNING);
   QpPoint pt;
   int iterations = 0;
   std::string second;

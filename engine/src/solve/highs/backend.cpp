@@ -91,7 +91,8 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   if (p_.controls.get_int(ZRVS_OUTPUTLOG, who) >= 2)
     p_.message(ZRVS_MSG_INFO, whole ? "HiGHS takes the whole model"
                               : loaded == HighsInstance::Loaded::changes ? "HiGHS takes the changes"
-                                                                         : "HiGHS keeps its model");
+                                                                         : "HiGHS keeps its model",
+              ZRVS_MSGCODE_MODEL_TRANSFER);
   // A MIP solve repeated without any change to the problem starts afresh,
   // so that it repeats its path; after a change HiGHS starts from what it
   // kept (its last incumbent).
@@ -110,7 +111,8 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   if (keeps_basis_ && !barrier && (whole || basis_loaded) &&
       start_basis(m, build_.lp, col_status, row_status) &&
       Highs_setBasis(h_, col_status.data(), row_status.data()) == kHighsStatusError)
-    p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch");
+    p_.message(ZRVS_MSG_INFO, "The stored basis does not fit the problem; solving from scratch",
+        ZRVS_MSGCODE_MODEL_TRANSFER);
   hand_over_starts(p_, h_, build_, mip);
 }
 
@@ -204,7 +206,7 @@ void HighsBackend::run(StageResult &out) {
     out.solstatus = ZRVS_SOLSTATUS_FEASIBLE;
     p_.message(ZRVS_MSG_WARNING,
                "HiGHS called the MIP infeasible with presolve and found a solution without "
-               "it; the solution is reported feasible, not optimal");
+               "it; the solution is reported feasible, not optimal", ZRVS_MSGCODE_SOLVE_WARNING);
   }
   if (Highs_getModelStatus(h_) == kHighsModelStatusModelEmpty)
     check_rows_without_columns(p_.highs->row_lower(), p_.highs->row_upper(),

@@ -176,6 +176,8 @@ HighsBuild build_for_highs(const Model &m, SolveMode mode, const char *who) {
     reformulate_partial_integers(m, b.lp, who);
     reformulate_sets(m, b.lp, who);
     reformulate_indicators(m, b.lp, who);
+    reformulate_general_constraints(m, b.lp, who);
+    reformulate_piecewise_constraints(m, b.lp, who);
   }
   b.hessian = hessian(m);
   b.sense = m.objsense;

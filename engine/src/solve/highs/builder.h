@@ -86,6 +86,8 @@ HighsBuild build_for_highs(const Model &m, SolveMode mode, const char *who);
 void reformulate_sets(const Model &m, LpBuilder &lp, const char *who);
 void reformulate_indicators(const Model &m, LpBuilder &lp, const char *who);
 void reformulate_partial_integers(const Model &m, LpBuilder &lp, const char *who);
+void reformulate_general_constraints(const Model &m, LpBuilder &lp, const char *who);
+void reformulate_piecewise_constraints(const Model &m, LpBuilder &lp, const char *who);
 
 // Finite bounds of column j as a reformulation needs them (0 included for
 // semi-continuous columns); throws naming the column and `need` when the

@@ -48,7 +48,7 @@ SolveCallback::SolveCallback(void *highs, zrvs_problem &p, bool mip)
 
 SolveCallback::~SolveCallback() {
   Highs_setCallback(highs_, nullptr, nullptr);
-  if (!partial_line_.empty()) p_.message(ZRVS_MSG_INFO, partial_line_);
+  if (!partial_line_.empty()) p_.message(ZRVS_MSG_INFO, partial_line_, ZRVS_MSGCODE_SOLVER_LOG);
 }
 
 bool SolveCallback::take_restart(Restart &restart) {
@@ -107,7 +107,7 @@ void SolveCallback::log(const char *text, const HighsCallbackDataOut *out) {
   partial_line_ += text ? text : "";
   size_t nl;
   while ((nl = partial_line_.find('\n')) != std::string::npos) {
-    p_.message(msgtype, partial_line_.substr(0, nl));
+    p_.message(msgtype, partial_line_.substr(0, nl), ZRVS_MSGCODE_SOLVER_LOG);
     partial_line_.erase(0, nl + 1);
   }
 }
