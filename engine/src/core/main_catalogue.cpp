@@ -63,6 +63,7 @@ std::vector<CatalogueEntry> build() {
       dbl_control(ZRVS_HEUREMPHASIS, "heuremphasis", 0.05, 0.0, 1.0),
       int_control(ZRVS_SYMMETRY, "symmetry", 1, 0, 1),
       int_control(ZRVS_SCALING, "scaling", 1, 0, 1),
+      int_control(ZRVS_MIPSEARCH, "mipsearch", 0, 0, 1),
       // Attributes.
       attribute(ZRVS_ROWS, "rows", V::integer),
       attribute(ZRVS_SETS, "sets", V::integer),

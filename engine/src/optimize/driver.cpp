@@ -6,6 +6,7 @@
 
 #include "optimize/problem_class.h"
 #include "optimize/solution.h"
+#include "search/search_backend.h"
 #include "solve/highs/backend.h"
 #include "solve/qp_verify.h"
 
@@ -93,6 +94,10 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   request.relaxation = discrete && !request.mip;
   const ProblemClass problem_class = classify(m, request.relaxation);
   std::unique_ptr<Backend> backend = backend_for(problem_class, p, who);
+  // HiGHS's MIP solver has no hooks inside its tree: a MIP with cut pool
+  // entries, delayed rows, model cuts or branching objects runs on the
+  // engine's own branch-and-cut.
+  if (request.mip && needs_own_search(p)) backend.reset(new SearchBackend(p, nullptr));
   backend->prepare(request);
   std::vector<Stage> stages = objective_stages(m);
 

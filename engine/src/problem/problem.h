@@ -13,6 +13,7 @@
 #include "model/changes.h"
 #include "model/model.h"
 #include "problem/results.h"
+#include "problem/search_inputs.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
 
@@ -35,6 +36,7 @@ struct zrvs_problem {
   zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
+  zorvan::SearchInputs search;  // cut pool, delayed rows, branchings
 
   // The solver state that stays with the problem between solves, and what
   // changed in the model since the solver last took it.
@@ -52,6 +54,7 @@ struct zrvs_problem {
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();
     changes.note_deleted(columns, mask);
+    search.lines_deleted(columns);
   }
 
   // Sends a message to the problem's callbacks and the global handlers,
