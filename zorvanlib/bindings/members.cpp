@@ -161,6 +161,7 @@ const Binding MemberTable::rows[] = {
 };
 
 int RegisterMembers() {
+  if (RegisterCutMembers() < 0) return -1;
   return RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>());
 }
 

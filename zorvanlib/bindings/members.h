@@ -6,4 +6,7 @@ namespace zrv {
 // Adds every member to the problem method table. 0, or -1 with an error.
 int RegisterMembers();
 
+// The cut pool members (members_cuts.cpp). 0, or -1 with an error.
+int RegisterCutMembers();
+
 }  // namespace zrv

@@ -13,6 +13,7 @@
 #include "nonlinear/functions.h"
 #include "base/arrays.h"
 #include "bindings/members.h"
+#include "callbacks/registry.h"
 #include "numpy/bridge.h"
 #include "controls/catalogue.h"
 #include "controls/control.h"
@@ -93,7 +94,8 @@ PyObject *Initialise() {
                           &BranchObjType, &PoolCutType, &ZrvsObjectType, &GenericType,
                           &LinTermType, &QuadTermType})
     t->tp_new = PyType_GenericNew;
-  if (RegisterMembers() < 0 || BuildProblemMethods() < 0) return nullptr;
+  if (RegisterMembers() < 0 || RegisterCallbackMethods() < 0 || BuildProblemMethods() < 0)
+    return nullptr;
   for (PyTypeObject *t : AllTypes)
     if (PyType_Ready(t) < 0) return nullptr;
   if (DeferNumpyScalars() < 0) return nullptr;

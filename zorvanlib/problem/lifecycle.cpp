@@ -41,6 +41,7 @@ void ReleaseProblem(ProblemObject *p) {
     });
   }
   for (PyObject *&slot : p->callbacks) Py_CLEAR(slot);
+  Py_CLEAR(p->callback_error);
   DropView(p->controls);
   DropView(p->attributes);
   DropView(p->objattribs);

@@ -27,6 +27,12 @@ struct ProblemObject : ProblemHandles {
   zrv::IndexMap *rowmap;       // constraint id -> row
   zrv::IndexMap *setmap;       // SOS word -> set
   PyObject *callbacks[kCallbackKinds];
+  // An exception raised by a callback of the running solve, kept until the
+  // solve returns (callbacks/dispatch.h); null when none.
+  PyObject *callback_error;
+  // A temporary problem handed to a callback: it shares the owner's maps,
+  // lists and views, and never releases the engine problem.
+  int32_t borrowed;
   // Nonlinear rows and objective of the problem. Nothing sets them yet: they
   // stay 0 until the nonlinear layer adds formulas, and the paths that test
   // them (solve, solutions, files, objectives) are ready for that.
@@ -60,6 +66,15 @@ void ReleaseAllProblems();
 
 // Applies the user defaults to a freshly created engine problem.
 int ApplyUserDefaults(ProblemObject *p);
+
+// Copies the callback registrations of src onto dst; installed by the
+// callbacks floor at start-up (problem.copy copies them). 0, or -1 with an
+// error.
+extern int (*CopyCallbackRegistrations)(ProblemObject *dst, ProblemObject *src);
+
+// Raises the exception a callback left pending in the solve that just
+// returned, and returns true; false when there is none.
+bool RaiseCallbackError(ProblemObject *p);
 
 // Message callbacks registered on the engine problems.
 void ProblemMessage(ZRVSprob prob, void *data, const char *msg, int len, int msgtype);

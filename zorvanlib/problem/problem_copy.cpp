@@ -25,8 +25,8 @@ int CopyInto(ProblemObject *dst, ProblemObject *src) {
     if (rc == 0 && dslp && sslp) rc = ZSLPcopycontrols(dslp, sslp);
   });
   if (rc != 0) return ReportFailure(self);
-  // Callback registrations are copied once callbacks exist.
   if (RegisterMessageCallbacks(dst) < 0 || CreateBookkeeping(dst) < 0) return -1;
+  if (CopyCallbackRegistrations && CopyCallbackRegistrations(dst, src) < 0) return -1;
   try {
     *dst->colmap = *src->colmap;
     *dst->rowmap = *src->rowmap;

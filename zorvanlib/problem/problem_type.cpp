@@ -57,6 +57,7 @@ int ProblemTraverse(PyObject *self, visitproc visit, void *arg) {
   Py_VISIT(p->attributes);
   Py_VISIT(p->objattribs);
   for (PyObject *slot : p->callbacks) Py_VISIT(slot);
+  Py_VISIT(p->callback_error);
   return 0;
 }
 

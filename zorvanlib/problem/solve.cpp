@@ -26,6 +26,7 @@ PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
     return nullptr;
   ZRVSprob prob = p->prob;
   int solvestatus = 0, solstatus = 0, rc;
+  Py_CLEAR(p->callback_error);
   {
     SolveScope solving(p);
     SigintDuringSolve sigint(prob);
@@ -37,11 +38,14 @@ PyObject *Run(PyObject *self, PyObject *args, PyObject *kwds, Solver solver) {
         default: rc = ZRVSmipoptimize(prob, flags); break;
       }
     });
-    if (sigint.Deliver() < 0) return nullptr;
+    if (sigint.Deliver() < 0) {
+      Py_CLEAR(p->callback_error);
+      return nullptr;
+    }
   }
-  if (rc != 0) return ReportError(self, nullptr);
   // An exception raised in a callback fails the call.
-  if (PyErr_Occurred()) return nullptr;
+  if (RaiseCallbackError(p) || PyErr_Occurred()) return nullptr;
+  if (rc != 0) return ReportError(self, nullptr);
   if (solver != Solver::kAutomatic) Py_RETURN_NONE;
   PyObject *first = EnumMember(StatusEnum::kSolveStatus, solvestatus);
   PyObject *second = first ? EnumMember(StatusEnum::kSolStatus, solstatus) : nullptr;

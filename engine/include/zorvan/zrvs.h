@@ -132,6 +132,13 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_HEUREMPHASIS 7008 /* share of MIP effort spent in primal heuristics, 0 to 1 */
 #define ZRVS_SYMMETRY 8009     /* 1: MIP symmetry detection and handling; 0: none */
 #define ZRVS_SCALING 8010      /* 1: the simplex method scales the matrix; 0: it does not */
+/* Targets that arm the gapnotify callback (|value| >= 1e20 or a negative
+ * gap: none). A target reached fires gapnotify once; the callback may set
+ * new ones. */
+#define ZRVS_MIPRELGAPNOTIFY 7401      /* relative gap at or below this */
+#define ZRVS_MIPABSGAPNOTIFY 7402      /* absolute gap at or below this */
+#define ZRVS_MIPABSGAPNOTIFYOBJ 7403   /* incumbent objective at least this good */
+#define ZRVS_MIPABSGAPNOTIFYBOUND 7404 /* best bound at least this good */
 /* String controls */
 #define ZRVS_OUTPUTPREFIX 8901 /* text put before every message line */
 
@@ -197,7 +204,7 @@ typedef struct zrvs_problem *ZRVSprob;
 #define ZRVS_STOP_ITERLIMIT 4
 #define ZRVS_STOP_MIPGAP 5
 #define ZRVS_STOP_SOLLIMIT 6
-#define ZRVS_STOP_GENERICERROR 7
+#define ZRVS_STOP_GENERICERROR 7 /* also: a callback failed */
 #define ZRVS_STOP_MEMORYERROR 8
 #define ZRVS_STOP_USER 9
 #define ZRVS_STOP_SOLVECOMPLETE 10
@@ -757,6 +764,110 @@ ZRVS_API int ZRVS_bo_validate(ZRVSbranchobject bo);
 /* The object's last error, as ZRVS_ge_getlasterror. */
 ZRVS_API int ZRVS_bo_getlasterror(ZRVSbranchobject bo, int *msgcode, char *msg, int maxbytes,
                                   int *nbytes);
+
+/* ======================================================================== */
+/* Solver callbacks                                                          */
+/* ======================================================================== */
+
+/* Callbacks of one problem, one list per kind, called in order of decreasing
+ * priority (then of registration) on the thread that runs the solver. Every
+ * add function takes (prob, f, data, priority) and fails on a NULL f; every
+ * remove function removes the callbacks equal to f (all if NULL) whose data
+ * is data (any if NULL). The prob passed to a callback is the problem being
+ * solved, or a per-thread problem for mipthread. During a solve, callbacks
+ * read the progress so far through the usual attributes (lpobjval,
+ * mipobjval, bestbound, mipgap, simplexiter, bariter, nodes) and
+ * ZRVSgetmipsol (the incumbent); changing the model is refused until the
+ * solve ends. ZRVSinterrupt stops the solve from any callback.
+ *
+ * Where the callbacks fire depends on the search that runs:
+ *  - lplog: after each simplex iteration of an LP solve (HiGHS's MIP search
+ *    does not report its LPs); non-zero stops the solve.
+ *  - barlog, bariteration: after each barrier iteration; barlog's non-zero
+ *    result stops; bariteration's *action non-zero stops the barrier.
+ *  - miplog: at each progress line of the MIP search; non-zero stops.
+ *  - cutlog: after the cut rounds of the root node; non-zero stops.
+ *  - checktime: at the solver's regular checks during LP and MIP solves;
+ *    non-zero stops the solve with stop reason ZRVS_STOP_TIMELIMIT.
+ *  - intsol: a new incumbent was accepted; ZRVSgetmipsol gives it.
+ *  - preintsol: a candidate integer solution before it is accepted, which
+ *    ZRVSgetmipsol gives meanwhile; soltype 0 from a node's LP, 1 from a
+ *    heuristic, 2 a user solution, -1 not known (HiGHS does not tell).
+ *    Setting *reject non-zero rejects it; *cutoff (the objective value a new
+ *    solution must beat) may be tightened. HiGHS's search cannot drop a
+ *    solution: there, a rejected candidate is cut off through its binary
+ *    columns (every solution with the same binary values is excluded) and
+ *    the search starts again, as it does after a tightened cutoff; a
+ *    rejection in a MIP with other integer columns fails the solve.
+ *  - gapnotify: when the MIP search reaches one of the targets held by the
+ *    controls ZRVS_MIPRELGAPNOTIFY, ZRVS_MIPABSGAPNOTIFY,
+ *    ZRVS_MIPABSGAPNOTIFYOBJ, ZRVS_MIPABSGAPNOTIFYBOUND; the callback may set
+ *    new targets (which take effect in the running solve); a target reached
+ *    and not renewed is not notified again.
+ *  - usersolnotify: a solution given by the user (a MIP start) was checked;
+ *    status 0 rejected as infeasible, 1 accepted.
+ *  - beforeobjective, afterobjective: around each level of a solve with
+ *    several objectives (not for a single objective).
+ *  - optnode, prenode, nodelpsolved, infnode, nodecutoff, newnode,
+ *    chgbranchobject, mipthread, destroymt: events of a branch-and-bound
+ *    tree; HiGHS's search offers no such events, so they fire only when the
+ *    engine's own branch-and-cut runs the search. */
+
+typedef void (*ZRVS_cbbariteration)(ZRVSprob prob, void *data, int *action);
+typedef int (*ZRVS_cbbarlog)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbchgbranchobject)(ZRVSprob prob, void *data, ZRVSbranchobject branch,
+                                       ZRVSbranchobject *newbranch);
+typedef int (*ZRVS_cbcutlog)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbdestroymt)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbgapnotify)(ZRVSprob prob, void *data, double *relgapnotifytarget,
+                                 double *absgapnotifytarget, double *absobjnotifytarget,
+                                 double *absboundnotifytarget);
+typedef int (*ZRVS_cbmiplog)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbinfnode)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbintsol)(ZRVSprob prob, void *data);
+typedef int (*ZRVS_cblplog)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbmipthread)(ZRVSprob prob, void *data, ZRVSprob threadprob);
+typedef void (*ZRVS_cbnewnode)(ZRVSprob prob, void *data, int parentnode, int node,
+                               int branch);
+typedef void (*ZRVS_cbnodecutoff)(ZRVSprob prob, void *data, int node);
+typedef void (*ZRVS_cbnodelpsolved)(ZRVSprob prob, void *data);
+/* *feas: set non-zero to declare the node infeasible. */
+typedef void (*ZRVS_cboptnode)(ZRVSprob prob, void *data, int *feas);
+typedef void (*ZRVS_cbpreintsol)(ZRVSprob prob, void *data, int soltype, int *reject,
+                                 double *cutoff);
+/* *nodinfeas: set non-zero to drop the node before its LP is solved. */
+typedef void (*ZRVS_cbprenode)(ZRVSprob prob, void *data, int *nodinfeas);
+typedef void (*ZRVS_cbusersolnotify)(ZRVSprob prob, void *data, const char *solname,
+                                     int status);
+typedef int (*ZRVS_cbchecktime)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbbeforeobjective)(ZRVSprob prob, void *data);
+typedef void (*ZRVS_cbafterobjective)(ZRVSprob prob, void *data);
+
+#define ZRVS_CALLBACK_PAIR(kind)                                                      \
+  ZRVS_API int ZRVSaddcb##kind(ZRVSprob prob, ZRVS_cb##kind f, void *data, int priority); \
+  ZRVS_API int ZRVSremovecb##kind(ZRVSprob prob, ZRVS_cb##kind f, void *data);
+ZRVS_CALLBACK_PAIR(bariteration)
+ZRVS_CALLBACK_PAIR(barlog)
+ZRVS_CALLBACK_PAIR(chgbranchobject)
+ZRVS_CALLBACK_PAIR(cutlog)
+ZRVS_CALLBACK_PAIR(destroymt)
+ZRVS_CALLBACK_PAIR(gapnotify)
+ZRVS_CALLBACK_PAIR(miplog)
+ZRVS_CALLBACK_PAIR(infnode)
+ZRVS_CALLBACK_PAIR(intsol)
+ZRVS_CALLBACK_PAIR(lplog)
+ZRVS_CALLBACK_PAIR(mipthread)
+ZRVS_CALLBACK_PAIR(newnode)
+ZRVS_CALLBACK_PAIR(nodecutoff)
+ZRVS_CALLBACK_PAIR(nodelpsolved)
+ZRVS_CALLBACK_PAIR(optnode)
+ZRVS_CALLBACK_PAIR(preintsol)
+ZRVS_CALLBACK_PAIR(prenode)
+ZRVS_CALLBACK_PAIR(usersolnotify)
+ZRVS_CALLBACK_PAIR(checktime)
+ZRVS_CALLBACK_PAIR(beforeobjective)
+ZRVS_CALLBACK_PAIR(afterobjective)
+#undef ZRVS_CALLBACK_PAIR
 
 #ifdef __cplusplus
 }

@@ -102,6 +102,13 @@ int ZRVSloadbasis(ZRVSprob prob, const int rstatus[], const int cstatus[]) {
 int ZRVSgetmipsol(ZRVSprob prob, double x[], double slack[]) {
   const char *who = "ZRVSgetmipsol";
   return problem_call(prob, who, [&](zrvs_problem &p) {
+    if (p.progress.active) {  // in a callback: the incumbent so far
+      if (!p.progress.has_incumbent)
+        fail(ZRVS_ERR_ARGUMENT, "%s: the running solve has found no integer solution yet", who);
+      copy_out(p.progress.x, x);
+      copy_out(p.progress.slack, slack);
+      return;
+    }
     if (!p.results.has_mip_solution)
       fail(ZRVS_ERR_ARGUMENT,
            "%s: no integer solution is available (none found since the last change)", who);

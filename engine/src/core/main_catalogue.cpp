@@ -64,6 +64,11 @@ std::vector<CatalogueEntry> build() {
       int_control(ZRVS_SYMMETRY, "symmetry", 1, 0, 1),
       int_control(ZRVS_SCALING, "scaling", 1, 0, 1),
       int_control(ZRVS_MIPSEARCH, "mipsearch", 0, 0, 1),
+      // Targets of the gapnotify callback; the defaults arm nothing.
+      dbl_control(ZRVS_MIPRELGAPNOTIFY, "miprelgapnotify", -1.0, -1.0, kInf),
+      dbl_control(ZRVS_MIPABSGAPNOTIFY, "mipabsgapnotify", -1.0, -1.0, kInf),
+      dbl_control(ZRVS_MIPABSGAPNOTIFYOBJ, "mipabsgapnotifyobj", kInf, -kInf, kInf),
+      dbl_control(ZRVS_MIPABSGAPNOTIFYBOUND, "mipabsgapnotifybound", kInf, -kInf, kInf),
       // Attributes.
       attribute(ZRVS_ROWS, "rows", V::integer),
       attribute(ZRVS_SETS, "sets", V::integer),

@@ -11,9 +11,33 @@
 
 namespace zorvan {
 
-// The kinds of events a backend fires. Messages are the first; the solver
-// callbacks join them as their backends fire them.
-enum class EventKind { message, count_ };
+// The kinds of events a backend fires, one per callback kind of zrvs.h.
+// New kinds are appended before count_.
+enum class EventKind {
+  message,
+  bariteration,
+  barlog,
+  chgbranchobject,
+  cutlog,
+  destroymt,
+  gapnotify,
+  miplog,
+  infnode,
+  intsol,
+  lplog,
+  mipthread,
+  newnode,
+  nodecutoff,
+  nodelpsolved,
+  optnode,
+  preintsol,
+  prenode,
+  usersolnotify,
+  checktime,
+  beforeobjective,
+  afterobjective,
+  count_
+};
 
 struct Registration {
   void (*function)();  // the callback, cast back to its kind's type when fired
@@ -30,6 +54,8 @@ class EventRegistry {
   void add(EventKind kind, void (*function)(), void *data, int priority);
   // Removes those matching function (any if null) and data (any if null).
   void remove(EventKind kind, void (*function)(), void *data);
+  // Whether any callback of the kind is registered (one atomic load).
+  bool any(EventKind kind) const { return !snapshot(kind)->empty(); }
   // The list as it is now; stays valid while the caller holds it.
   std::shared_ptr<const List> snapshot(EventKind kind) const {
     return std::atomic_load(&lists_[static_cast<size_t>(kind)]);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 
+#include "events/fire.h"
 #include "optimize/problem_class.h"
 #include "optimize/solution.h"
 #include "search/search_backend.h"
@@ -79,6 +80,23 @@ bool stage_optimal(const StageResult &r, bool mip) {
   return mip ? r.mipstatus == ZRVS_MIP_OPTIMAL : r.lpstatus == ZRVS_LP_OPTIMAL;
 }
 
+// Callbacks read the progress of the solve while it runs, and the results
+// once it ends, whichever way it ends.
+class ProgressScope {
+ public:
+  explicit ProgressScope(zrvs_problem &p) : p_(p) {
+    p_.progress = SolveProgress();
+    p_.progress.mipobjval = ZRVS_PLUSINFINITY * p_.model.objsense;
+    p_.progress.active = true;
+  }
+  ~ProgressScope() { p_.progress = SolveProgress(); }
+  ProgressScope(const ProgressScope &) = delete;
+  ProgressScope &operator=(const ProgressScope &) = delete;
+
+ private:
+  zrvs_problem &p_;
+};
+
 }  // namespace
 
 void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *who) {
@@ -95,9 +113,9 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   const ProblemClass problem_class = classify(m, request.relaxation);
   std::unique_ptr<Backend> backend = backend_for(problem_class, p, who);
   // HiGHS's MIP solver has no hooks inside its tree: a MIP with cut pool
-  // entries, delayed rows, model cuts or branching objects runs on the
-  // engine's own branch-and-cut.
-  if (request.mip && needs_own_search(p)) backend.reset(new SearchBackend(p, nullptr));
+  // entries, delayed rows, model cuts, branching objects or node callbacks
+  // runs on the engine's own branch-and-cut.
+  if (request.mip && needs_own_search(p)) backend.reset(new SearchBackend(p));
   backend->prepare(request);
   std::vector<Stage> stages = objective_stages(m);
 
@@ -106,26 +124,40 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   SolveState &res = p.results;
   res.objstage.assign(m.objectives.size(), -1);
   const auto start = Clock::now();
-  backend->start(stages);
-  for (size_t s = 0; s < stages.size(); ++s) {
-    const Stage &stage = stages[s];
-    if (s > 0) backend->set_objective(stage);
-    const auto stage_start = Clock::now();
-    StageResult r;
-    backend->run(r);
-    if (request.relaxation)
-      r.mipstatus = r.lpstatus == ZRVS_LP_OPTIMAL ? ZRVS_MIP_LP_OPTIMAL : ZRVS_MIP_LP_NOT_OPTIMAL;
-    r.solvetime = seconds_since(stage_start);
-    res.stages.push_back(r);
-    for (int k : stage.objectives) res.objstage[k] = static_cast<int>(s);
-    res.solvedobjs += static_cast<int>(stage.objectives.size());
-    res.simplexiter += r.simplexiter, res.bariter += r.bariter, res.nodes += r.nodes;
-    if (!stage_optimal(r, request.mip) || s + 1 == stages.size()) break;
-    // The next levels keep this one within its tolerance.
-    const double best = r.objval - stage.constant;
-    const double tol = std::max(stage.abstol, stage.reltol * std::fabs(r.objval));
-    backend->hold_level(stage, m.objsense > 0 ? -ZRVS_PLUSINFINITY : best - tol,
-                        m.objsense > 0 ? best + tol : ZRVS_PLUSINFINITY);
+  const bool levels = stages.size() > 1;
+  {
+    ProgressScope progress(p);
+    backend->start(stages);
+    for (size_t s = 0; s < stages.size(); ++s) {
+      const Stage &stage = stages[s];
+      if (s > 0) backend->set_objective(stage);
+      if (levels) fire_notice(p.events, EventKind::beforeobjective, &p);
+      const auto stage_start = Clock::now();
+      StageResult r;
+      backend->run(r);
+      if (request.relaxation)
+        r.mipstatus = r.lpstatus == ZRVS_LP_OPTIMAL ? ZRVS_MIP_LP_OPTIMAL : ZRVS_MIP_LP_NOT_OPTIMAL;
+      r.solvetime = seconds_since(stage_start);
+      res.stages.push_back(r);
+      for (int k : stage.objectives) res.objstage[k] = static_cast<int>(s);
+      res.solvedobjs += static_cast<int>(stage.objectives.size());
+      res.simplexiter += r.simplexiter, res.bariter += r.bariter, res.nodes += r.nodes;
+      if (levels) {
+        // afterobjective reads the level's objective value and bound.
+        p.progress.lpobjval = p.progress.mipobjval = r.objval;
+        p.progress.bestbound = r.bestbound;
+        fire_notice(p.events, EventKind::afterobjective, &p);
+        p.progress = SolveProgress();
+        p.progress.mipobjval = ZRVS_PLUSINFINITY * m.objsense;
+        p.progress.active = true;
+      }
+      if (!stage_optimal(r, request.mip) || s + 1 == stages.size()) break;
+      // The next levels keep this one within its tolerance.
+      const double best = r.objval - stage.constant;
+      const double tol = std::max(stage.abstol, stage.reltol * std::fabs(r.objval));
+      backend->hold_level(stage, m.objsense > 0 ? -ZRVS_PLUSINFINITY : best - tol,
+                          m.objsense > 0 ? best + tol : ZRVS_PLUSINFINITY);
+    }
   }
 
   const StageResult &last = res.stages.back();

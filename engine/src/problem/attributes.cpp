@@ -20,6 +20,13 @@ int64_t int_attribute(const zrvs_problem &p, int id, const char *who) {
   if (e.type != ValueType::integer && e.type != ValueType::integer64)
     fail(ZRVS_ERR_ARGUMENT, "%s: attribute %s is not an integer", who, e.name);
   const Model &m = p.model;
+  if (p.progress.active) {
+    switch (id) {
+      case ZRVS_SIMPLEXITER: return p.progress.simplexiter;
+      case ZRVS_BARITER: return p.progress.bariter;
+      case ZRVS_NODES: return p.progress.nodes;
+    }
+  }
   switch (id) {
     case ZRVS_ROWS:
     case ZRVS_ORIGINALROWS: return m.rows();
@@ -57,6 +64,14 @@ double dbl_attribute(const zrvs_problem &p, int id, const char *who) {
   const CatalogueEntry &e = attribute_entry(id, who);
   if (e.type != ValueType::real)
     fail(ZRVS_ERR_ARGUMENT, "%s: attribute %s is not a double", who, e.name);
+  if (p.progress.active) {
+    switch (id) {
+      case ZRVS_LPOBJVAL: return p.progress.lpobjval;
+      case ZRVS_MIPOBJVAL: return p.progress.mipobjval;
+      case ZRVS_BESTBOUND: return p.progress.bestbound;
+      case ZRVS_MIPGAP: return p.progress.mipgap;
+    }
+  }
   switch (id) {
     case ZRVS_LPOBJVAL: return p.results.lpobjval;
     case ZRVS_MIPOBJVAL: return p.results.mipobjval;

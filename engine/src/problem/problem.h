@@ -32,6 +32,7 @@ struct zrvs_problem {
   zorvan::Model model;
   zorvan::ControlValues controls;
   SolveState results;
+  SolveProgress progress;  // read by callbacks during a solve
   std::string last_error;
   zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};

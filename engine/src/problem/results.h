@@ -43,3 +43,16 @@ struct SolveState {
   std::vector<int> objstage;
   std::vector<StageResult> stages;
 };
+
+// What callbacks read while a solve runs: the progress of the running
+// level, kept apart from the results of the last completed solve.
+struct SolveProgress {
+  bool active = false;  // a solve runs: attributes answer from here
+  int64_t simplexiter = 0, bariter = 0, nodes = 0;
+  double lpobjval = 0.0;    // objective of the current LP iterate
+  double mipobjval = 1e20;  // incumbent objective (in the problem's sense)
+  double bestbound = 0.0;
+  double mipgap = 1e20;
+  bool has_incumbent = false;
+  std::vector<double> x, slack;  // the incumbent over the problem's columns and rows
+};

@@ -222,7 +222,9 @@ void BranchAndCut::publish_lp() {
   for (double &d : r.duals) d *= sense_;
   for (double &d : r.djs) d *= sense_;
   r.lpobjval = sense_ * lp_->objective();
+  // Node callbacks read the node's solution whichever reader they use.
   r.has_lp_solution = true;
+  r.has_mip_solution = true;
 }
 
 // Solves the node's LP with its rounds of cuts and its callbacks. False

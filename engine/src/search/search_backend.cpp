@@ -2,16 +2,18 @@
 
 #include <cmath>
 
+#include "search/hub_events.h"
 #include "solve/highs/controls.h"
 
 namespace zorvan {
 
 bool needs_own_search(const zrvs_problem &p) {
-  return p.search.needs_search() || p.controls.get_int(ZRVS_MIPSEARCH, "optimize") == 1;
+  return p.search.needs_search() || has_node_callbacks(p) ||
+         p.controls.get_int(ZRVS_MIPSEARCH, "optimize") == 1;
 }
 
-SearchBackend::SearchBackend(zrvs_problem &p, SearchEvents *events)
-    : p_(p), events_(events ? events : &none_) {}
+SearchBackend::SearchBackend(zrvs_problem &p)
+    : p_(p), hub_(new HubEvents(p)) {}
 
 SearchBackend::~SearchBackend() = default;
 
@@ -41,7 +43,10 @@ void SearchBackend::start(const std::vector<Stage> &stages) {
   limits.node_limit = c.get_int(ZRVS_MAXNODE, who);
   limits.solution_limit = static_cast<int>(c.get_int(ZRVS_MAXMIPSOL, who));
   scheduler_.reset(new SchedulerLease(solve_threads(p_)));
-  search_.reset(new BranchAndCut(p_, build_, *events_, limits));
+  search_.reset(new BranchAndCut(p_, build_, *hub_, limits));
+  // One worker: the problem itself is its problem.
+  hub_->mipthread(&p_);
+  worker_started_ = true;
   set_objective(stages[0]);
 }
 
@@ -66,6 +71,8 @@ bool SearchBackend::solution(std::vector<double> &x, std::vector<double> &duals,
 }
 
 void SearchBackend::finish() {
+  if (worker_started_) hub_->destroymt();
+  worker_started_ = false;
   p_.search.root_branchings.clear();
   p_.search.root_bounds.clear();
 }

@@ -10,14 +10,14 @@
 
 namespace zorvan {
 
-// True when a MIP solve of p needs the engine's search, or the mipsearch
-// control asks for it.
+// True when a MIP solve of p needs the engine's search (cut pool, delayed
+// rows, branchings, node callbacks), or the mipsearch control asks for it.
 bool needs_own_search(const zrvs_problem &p);
 
 class SearchBackend : public Backend {
  public:
-  // events: the node events of the solve (not owned; null: none).
-  SearchBackend(zrvs_problem &p, SearchEvents *events);
+  // Node events go to the problem's callbacks.
+  explicit SearchBackend(zrvs_problem &p);
   ~SearchBackend() override;
   const char *name() const override { return "branch-and-cut"; }
   void prepare(const SolveRequest &request) override;
@@ -36,8 +36,8 @@ class SearchBackend : public Backend {
   zrvs_problem &p_;
   SolveRequest request_;
   HighsBuild build_;
-  SearchEvents none_;
-  SearchEvents *events_;
+  std::unique_ptr<SearchEvents> hub_;
+  bool worker_started_ = false;
   std::unique_ptr<SchedulerLease> scheduler_;
   std::unique_ptr<BranchAndCut> search_;
   StageResult last_;

@@ -24,8 +24,7 @@ void sparse(const std::vector<double> &dense, std::vector<HighsInt> &index,
 // columns, plus constant) no worse than the cutoff. HiGHS's own objective
 // bound is not used, as without presolve it is not always honoured. True
 // when the row was added.
-bool add_cutoff_row(void *h, const zrvs_problem &p, bool mip) {
-  double cutoff = p.controls.get_dbl(ZRVS_MIPABSCUTOFF, "optimize");
+bool add_cutoff_row(void *h, const zrvs_problem &p, bool mip, double cutoff) {
   if (!mip || std::fabs(cutoff) >= ZRVS_PLUSINFINITY) return false;
   std::vector<HighsInt> index;
   std::vector<double> value;
@@ -56,8 +55,11 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   HighsInstance &instance = *p_.highs;
   h_ = instance.handle();
   // The callback first, so that HiGHS's banner goes through it too.
-  callback_.reset(new SolveCallback(h_, p_));
+  callback_.reset(new SolveCallback(h_, p_, mip));
   apply_controls(h_, p_, request_.algorithm, scheduler_->threads());
+  // HiGHS reports its MIP progress lines only while it logs; the lines
+  // themselves reach messages only with outputlog >= 2.
+  if (mip && p_.events.any(EventKind::miplog)) Highs_setBoolOptionValue(h_, "output_flag", 1);
   std::copy(stages[0].cost.begin(), stages[0].cost.end(), build_.lp.cost.begin());
   if (!mip && !build_.hessian.value.empty()) pin_loose_columns(m, build_);
   const bool basis_loaded = p_.changes.basis_loaded();
@@ -73,7 +75,7 @@ void HighsBackend::start(const std::vector<Stage> &stages) {
   // so that it repeats its path; after a change HiGHS starts from what it
   // kept (its last incumbent).
   if (mip && repeated && !whole) Highs_clearSolver(h_);
-  if (add_cutoff_row(h_, p_, mip) ||
+  if (add_cutoff_row(h_, p_, mip, p_.controls.get_dbl(ZRVS_MIPABSCUTOFF, who)) ||
       stages.size() > 1)
     instance.forget();
   // A continuous LP starts from the basis HiGHS kept from the last solve;
@@ -94,8 +96,61 @@ void HighsBackend::set_objective(const Stage &stage) {
   Highs_changeObjectiveOffset(h_, stage.constant);
 }
 
-void HighsBackend::run(StageResult &out) {
+namespace {
+
+// A candidate rejected by a preintsol callback is cut off through its
+// binary columns: at least one of them must change.
+bool add_rejection_row(void *h, const Model &m, const std::vector<double> &x) {
+  std::vector<HighsInt> index;
+  std::vector<double> value;
+  double lower = 1.0;
+  for (int j = 0; j < m.cols(); ++j) {
+    const char t = m.coltype[j];
+    if (t != 'B' && !(t == 'I' && m.lb[j] >= 0.0 && m.ub[j] <= 1.0)) continue;
+    const bool one = x[j] > 0.5;
+    index.push_back(j);
+    value.push_back(one ? -1.0 : 1.0);
+    if (one) lower -= 1.0;
+  }
+  if (index.empty()) return false;
+  return Highs_addRow(h, lower, kHighsInf, static_cast<HighsInt>(index.size()), index.data(),
+                      value.data()) != kHighsStatusError;
+}
+
+}  // namespace
+
+void HighsBackend::run_until_settled() {
   Highs_run(h_);
+  // A preintsol callback that rejects a candidate or tightens the cutoff
+  // stops the run; the next run starts with the candidate cut off.
+  SolveCallback::Restart restart;
+  while (callback_->take_restart(restart)) {
+    for (const auto &x : restart.rejected)
+      if (!add_rejection_row(h_, p_.model, x))
+        fail(ZRVS_ERR_UNSUPPORTED,
+             "%s: a preintsol callback rejected a solution of a MIP without binary columns; "
+             "HiGHS's search cannot drop a solution, and the engine cuts a rejected solution "
+             "off only through its binary columns",
+             request_.who);
+    if (restart.cutoff_changed) {
+      add_cutoff_row(h_, p_, true, restart.cutoff);
+      p_.progress.has_incumbent = false;
+      p_.progress.mipobjval = ZRVS_PLUSINFINITY * p_.model.objsense;
+    }
+    p_.highs->forget();
+    Highs_clearSolver(h_);
+    // The run starts from the last incumbent that was kept (HiGHS refuses
+    // it if the new rows cut it off).
+    if (!restart.start.empty())
+      Highs_setSolution(h_, restart.start.data(), nullptr, nullptr, nullptr);
+    Highs_run(h_);
+  }
+  if (!callback_->failure().empty())
+    fail(ZRVS_ERR_UNSUPPORTED, "%s: %s", request_.who, callback_->failure().c_str());
+}
+
+void HighsBackend::run(StageResult &out) {
+  run_until_settled();
   // A run that starts from what HiGHS kept of the last solve (basis,
   // factorisation) can end without a verdict where a fresh start finds one:
   // such a run is repeated once from scratch.

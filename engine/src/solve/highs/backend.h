@@ -27,6 +27,9 @@ class HighsBackend : public Backend {
   std::string failure() override;
 
  private:
+  // Runs HiGHS, again as long as callbacks ask for a restart.
+  void run_until_settled();
+
   zrvs_problem &p_;
   SolveRequest request_;
   HighsBuild build_;
