@@ -6,7 +6,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 
-debs=(g++ make libboost1.81-dev libgtest-dev zlib1g-dev glpk-utils)
+debs=(g++ make libboost1.81-dev libgtest-dev zlib1g-dev glpk-utils coinor-libipopt-dev)
 missing=()
 for d in "${debs[@]}"; do
   dpkg -s "$d" >/dev/null 2>&1 || missing+=("$d")

@@ -86,8 +86,23 @@ TEST_F(Nonlinear, CatalogueAndControlCodes) {
   ASSERT_EQ(ZSLPcontrolcode("nothing", &id, &flags), 0);
   EXPECT_EQ(id, 0);
   EXPECT_EQ(flags, 0);
+  // The interior-point solver's controls: their own list, found by name,
+  // kept per problem.
   ASSERT_EQ(ZSLPgetKTRcalist(&ids, &names), 0);
-  EXPECT_STREQ(names[0], "") << "no local-solver options are listed yet";
+  std::set<std::string> local;
+  for (int i = 0; names[i][0] != '\0'; ++i) {
+    ASSERT_EQ(ZSLPcontrolcode(names[i], &id, &flags), 0);
+    EXPECT_EQ(id, ids[i]);
+    EXPECT_TRUE(flags & ZSLP_CAFLAG_CONTROL) << names[i];
+    EXPECT_FALSE(seen.count(names[i])) << names[i] << " is in one list only";
+    local.insert(names[i]);
+  }
+  EXPECT_TRUE(local.count("ipopt_maxiter") && local.count("ipopt_tol"));
+  int maxiter = 0;
+  ASSERT_EQ(ZSLPsetintcontrol(slp, ZSLP_IPOPT_MAXITER, 25), 0);
+  ASSERT_EQ(ZSLPgetintcontrol(slp, ZSLP_IPOPT_MAXITER, &maxiter), 0);
+  EXPECT_EQ(maxiter, 25);
+  EXPECT_NE(ZSLPsetintcontrol(slp, ZSLP_IPOPT_MUSTRATEGY, 2), 0) << "0 or 1 only";
 }
 
 TEST_F(Nonlinear, ControlsCopiesAndErrors) {

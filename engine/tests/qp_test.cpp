@@ -1,5 +1,5 @@
-// Convex QP solved by HiGHS; problem classes that need the nonlinear solver
-// are refused with a text that says so.
+// Convex QP solved by HiGHS; mixed-integer quadratic models are refused with
+// a text that says so.
 #include <cmath>
 
 #include "model_support.h"
@@ -61,24 +61,34 @@ TEST_F(ConvexQp, OffDiagonalTermAndReadBack) {
   EXPECT_EQ(n, 2);
 }
 
-TEST_F(ConvexQp, IntegerQpNeedsTheNonlinearSolver) {
+TEST_F(ConvexQp, IntegerQpIsRefused) {
   build();
   set_types(0, "I");
   int solve = -1;
-  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr), "needs the nonlinear solver");
+  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr),
+                 "mixed-integer nonlinear models are not solvable yet");
   // The continuous relaxation is still a convex QP.
   ASSERT_EQ(ZRVSlpoptimize(prob, ""), 0) << last_error();
   EXPECT_NEAR(dbl_attrib(ZRVS_LPOBJVAL), -4.5, 1e-6);
 }
 
-TEST_F(ConvexQp, QuadraticRowsNeedTheNonlinearSolver) {
+// With x^2 added to the row, x^2 + x + y <= 2 binds at the optimum of the
+// objective (x - 1)^2 + (y - 2)^2 - 5 instead of x + y <= 2.
+TEST_F(ConvexQp, QuadraticRowsAddUpAndVanish) {
   build();
   int c = 0;
   double v = 1;
   ASSERT_EQ(ZRVSaddqmatrix64(prob, 0, 1, &c, &c, &v), 0);
   EXPECT_EQ(int_attrib(ZRVS_QCONSTRAINTS), 1);
+  int integer = 1;
+  ASSERT_EQ(ZRVSchgcoltype(prob, 1, &integer, "I"), 0);
   int solve = -1;
-  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr), "needs the nonlinear solver");
+  expect_failure(ZRVSoptimize(prob, "", &solve, nullptr),
+                 "mixed-integer nonlinear models are not solvable yet");
+  ASSERT_EQ(ZRVSchgcoltype(prob, 1, &integer, "C"), 0);
+  EXPECT_EQ(optimize(), ZRVS_SOLVESTATUS_COMPLETED);
+  std::vector<double> x = lp_x();
+  EXPECT_NEAR(x[0] * x[0] + x[0] + x[1], 2.0, 1e-6) << "the row binds";
   // Entries add up; a sum of zero removes the entry.
   v = -1;
   ASSERT_EQ(ZRVSaddqmatrix64(prob, 0, 1, &c, &c, &v), 0);

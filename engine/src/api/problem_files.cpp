@@ -16,7 +16,9 @@ int ZRVSreadprob(ZRVSprob prob, const char *filename, const char *flags) {
   const char *who = "ZRVSreadprob";
   return problem_call(prob, who, [&](zrvs_problem &p) {
     std::vector<std::string> warnings;
-    p.model = read_problem_file(filename, flags, who, warnings);
+    Model model = read_problem_file(filename, flags, who, warnings);
+    model.formulas.keep_user_functions(p.model.formulas);
+    p.model = std::move(model);
     p.model_changed();
     send_warnings(p, warnings, who);
     p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " read from " + filename + ": " +

@@ -135,6 +135,8 @@ void Model::append_rows(int n) {
 }
 
 void Model::delete_columns(const std::vector<char> &del) {
+  formulas.check_columns_unused(del, "ZRVSdelcols");
+  formulas.delete_columns(del);
   basis_col.clear(), basis_row.clear();
   std::vector<int> map = renumbering(del);
   renumber_entries(mcol, mrow, mval, map);
@@ -168,6 +170,7 @@ void Model::delete_columns(const std::vector<char> &del) {
 }
 
 void Model::delete_rows(const std::vector<char> &del) {
+  formulas.delete_rows(del);
   basis_col.clear(), basis_row.clear();
   std::vector<int> map = renumbering(del);
   renumber_entries(mrow, mcol, mval, map);

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/formulas.h"
 #include "model/large_array.h"
 
 namespace zorvan {
@@ -135,6 +136,9 @@ struct Model {
   // columns or rows drops the basis.
   std::vector<int> basis_col, basis_row;
 
+  // Nonlinear formula terms of rows and the user functions they call.
+  FormulaStore formulas;
+
   int cols() const { return static_cast<int>(lb.size()); }
   int rows() const { return static_cast<int>(rowtype.size()); }
   int sets() const { return static_cast<int>(settype.size()); }
@@ -156,7 +160,8 @@ struct Model {
   void append_rows(int n);
   // Deletes the flagged entities and renumbers everything that refers to
   // the remaining ones. Sets lose deleted members; indicators on deleted
-  // columns are dropped.
+  // columns are dropped; formula terms of deleted rows are dropped, and
+  // deleting a column that a formula uses is refused (before any change).
   void delete_columns(const std::vector<char> &del);
   void delete_rows(const std::vector<char> &del);
   void delete_sets(const std::vector<char> &del);

@@ -1,10 +1,12 @@
 // The nonlinear companion's controls and attributes.
+#include "nlp/ipopt/options.h"
 #include "nlp/slp_problem.h"
 
 namespace zorvan {
 
 namespace {
-std::vector<CatalogueEntry> build() {
+// The companion's own entries.
+std::vector<CatalogueEntry> own_entries() {
   CatalogueEntry presolve{ZSLP_PRESOLVE, "zslp_presolve", ValueType::integer, true};
   presolve.int_default = 1, presolve.int_min = 0, presolve.int_max = 1;
   CatalogueEntry postsolve{ZSLP_POSTSOLVE, "zslp_postsolve", ValueType::integer, true};
@@ -17,28 +19,41 @@ std::vector<CatalogueEntry> build() {
       objsense,
       {ZSLP_ORIGINALROWS, "zslp_originalrows", ValueType::integer, false},
       {ZSLP_ORIGINALCOLS, "zslp_originalcols", ValueType::integer, false},
+      {ZSLP_COEFFICIENTS, "zslp_coefficients", ValueType::integer, false},
       {ZSLP_NLPSTATUS, "zslp_nlpstatus", ValueType::integer, false},
       {ZSLP_OBJVAL, "zslp_objval", ValueType::real, false},
       {ZSLP_ZRVSPROB, "zslp_zrvsprob", ValueType::pointer, false},
+      {ZSLP_NLPITER, "zslp_nlpiter", ValueType::integer, false},
+      {ZSLP_NLPSOLVETIME, "zslp_nlpsolvetime", ValueType::real, false},
+      {ZSLP_NLPEVALTIME, "zslp_nlpevaltime", ValueType::real, false},
+      {ZSLP_NLPSOLVERSTATUS, "zslp_nlpsolverstatus", ValueType::integer, false},
   };
 }
 
 }  // namespace
 
+// Both lists in one catalogue, so that a nonlinear problem keeps the values
+// of both and ZSLPcontrolcode finds every name.
 const Catalogue &slp_catalogue() {
-  static const Catalogue *catalogue = new Catalogue(build());
+  static const Catalogue *catalogue = [] {
+    std::vector<CatalogueEntry> all = own_entries();
+    const auto &local = nlp::ipopt_catalogue_entries();
+    all.insert(all.end(), local.begin(), local.end());
+    return new Catalogue(std::move(all));
+  }();
   return *catalogue;
 }
 
 const CatalogueLists &slp_catalogue_lists() {
-  static const CatalogueLists *lists = new CatalogueLists(&slp_catalogue(), slp_flags, "");
+  static const Catalogue *own = new Catalogue(own_entries());
+  static const CatalogueLists *lists = new CatalogueLists(own, slp_flags, "");
   return *lists;
 }
 
-// The local nonlinear solver's own options join this list when that solver
-// is linked; until then the list is empty.
+// The interior-point solver's controls.
 const CatalogueLists &local_solver_catalogue_lists() {
-  static const CatalogueLists *lists = new CatalogueLists(nullptr, slp_flags, "");
+  static const Catalogue *local = new Catalogue(nlp::ipopt_catalogue_entries());
+  static const CatalogueLists *lists = new CatalogueLists(local, slp_flags, "");
   return *lists;
 }
 

@@ -57,14 +57,25 @@ int slp_int_attribute(const zslp_problem &s, int id, const char *who) {
   switch (id) {
     case ZSLP_ORIGINALROWS: return s.prob->model.rows();
     case ZSLP_ORIGINALCOLS: return s.prob->model.cols();
-    case ZSLP_NLPSTATUS: return s.nlpstatus;
+    case ZSLP_NLPSTATUS: return s.prob->results.nlpstatus;
+    case ZSLP_NLPITER:
+      return s.prob->results.nlpstatus == ZSLP_NLP_UNSTARTED
+                 ? 0
+                 : static_cast<int>(s.prob->results.bariter);
+    case ZSLP_NLPSOLVERSTATUS: return s.prob->results.nlpsolverstatus;
+    case ZSLP_COEFFICIENTS: return s.prob->model.formulas.terms();
   }
   fail(ZRVS_ERR_UNKNOWNID, "%s: unknown integer attribute %d", who, id);
 }
 
 double slp_dbl_attribute(const zslp_problem &s, int id, const char *who) {
-  if (id != ZSLP_OBJVAL) fail(ZRVS_ERR_UNKNOWNID, "%s: unknown double attribute %d", who, id);
-  return s.objval;
+  const SolveState &r = s.prob->results;
+  switch (id) {
+    case ZSLP_OBJVAL: return r.nlpobjval;
+    case ZSLP_NLPSOLVETIME: return r.nlpstatus == ZSLP_NLP_UNSTARTED ? 0.0 : r.solvetime;
+    case ZSLP_NLPEVALTIME: return r.evaltime;
+  }
+  fail(ZRVS_ERR_UNKNOWNID, "%s: unknown double attribute %d", who, id);
 }
 
 void *slp_ptr_attribute(const zslp_problem &s, int id, const char *who) {

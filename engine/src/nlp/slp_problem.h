@@ -25,8 +25,6 @@ struct zslp_problem {
   int last_error_code = 0;
   ZSLP_cbmessage message_callback = nullptr;
   void *message_data = nullptr;
-  int nlpstatus = ZSLP_NLP_UNSTARTED;
-  double objval = 0.0;
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
 };
 

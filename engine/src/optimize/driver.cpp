@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "events/fire.h"
+#include "nlp/ipopt/backend.h"
 #include "optimize/problem_class.h"
 #include "optimize/solution.h"
 #include "search/search_backend.h"
@@ -44,20 +45,20 @@ std::unique_ptr<Backend> backend_for(ProblemClass c, zrvs_problem &p, const char
     case ProblemClass::qp:
     case ProblemClass::mip: break;
     case ProblemClass::qcqp:
+    case ProblemClass::nonconvex_qp: return std::make_unique<nlp::IpoptBackend>(p, nullptr);
+    case ProblemClass::nlp:
+      return std::make_unique<nlp::IpoptBackend>(p, nlp::compile_formulas(m));
     case ProblemClass::minlp:
       fail(ZRVS_ERR_UNSUPPORTED,
-           "%s: the problem has quadratic constraints (%d rows); this problem class needs the "
-           "nonlinear solver, which is not available yet",
-           who, static_cast<int>(m.qrows.size()));
+           "%s: the problem has integer columns, sets or indicators together with quadratic "
+           "rows or formulas; mixed-integer nonlinear models are not solvable yet (solve the "
+           "continuous relaxation with ZRVSlpoptimize)",
+           who);
     case ProblemClass::miqp:
       fail(ZRVS_ERR_UNSUPPORTED,
-           "%s: a quadratic objective with integer or other discrete parts (MIQP) needs the "
-           "nonlinear solver, which is not available yet",
+           "%s: a quadratic objective with integer or other discrete parts (MIQP): "
+           "mixed-integer nonlinear models are not solvable yet",
            who);
-    case ProblemClass::nlp:
-      fail(ZRVS_ERR_UNSUPPORTED,
-           "%s: an %s needs the nonlinear solver, which is not available yet", who,
-           class_name(c));
   }
   if (!m.qobj.empty() && m.objectives.size() > 1)
     fail(ZRVS_ERR_UNSUPPORTED, "%s: several objectives with a quadratic objective", who);
@@ -115,7 +116,8 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   // HiGHS's MIP solver has no hooks inside its tree: a MIP with cut pool
   // entries, delayed rows, model cuts, branching objects or node callbacks
   // runs on the engine's own branch-and-cut.
-  if (request.mip && needs_own_search(p)) backend.reset(new SearchBackend(p));
+  if (request.mip && problem_class == ProblemClass::mip && needs_own_search(p))
+    backend.reset(new SearchBackend(p));
   backend->prepare(request);
   std::vector<Stage> stages = objective_stages(m);
 
@@ -169,10 +171,16 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   res.bestbound = last.bestbound;
   if (request.mip) res.mipgap = backend->mip_gap();
   record_solution(*backend, m, request, res);
-  if (!request.mip && !m.qobj.empty()) verify_qp_result(p, backend->failure(), who);
+  if (last.nlpstatus != ZSLP_NLP_UNSTARTED) {
+    res.nlpstatus = last.nlpstatus;
+    res.nlpsolverstatus = last.nlpsolverstatus;
+    res.evaltime = last.evaltime;
+    res.nlpobjval = res.has_lp_solution ? res.lpobjval : last.objval;
+  }
+  if (problem_class == ProblemClass::qp) verify_qp_result(p, backend->failure(), who);
   backend->finish();
   res.solvetime = seconds_since(start);
-  p.message(ZRVS_MSG_INFO, std::string(class_name(classify(m, !request.mip))) + " solve " +
+  p.message(ZRVS_MSG_INFO, std::string(class_name(problem_class)) + " solve " +
                                status_text(res, request.mip) + ", objective " +
                                std::to_string(request.mip ? res.mipobjval : res.lpobjval));
   if (last.solvestatus == ZRVS_SOLVESTATUS_FAILED)

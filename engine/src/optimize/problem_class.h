@@ -5,11 +5,11 @@
 
 namespace zorvan {
 
-enum class ProblemClass { lp, qp, mip, miqp, qcqp, nlp, minlp };
+// nonconvex_qp: a quadratic objective that is not convex in the objective's
+// sense (HiGHS's QP solver takes convex ones only).
+enum class ProblemClass { lp, qp, nonconvex_qp, mip, miqp, qcqp, nlp, minlp };
 
-// The class of m; with `relaxation` its discrete parts are left out. The
-// model holds no nonlinear formulas yet, so nlp and minlp name classes of
-// the nonlinear problem to come.
+// The class of m; with `relaxation` its discrete parts are left out.
 ProblemClass classify(const Model &m, bool relaxation);
 
 // "LP", "QP", "MIP", ...

@@ -24,7 +24,13 @@ void record_solution(Backend &backend, const Model &m, const SolveRequest &reque
   if (!backend.solution(res.x, duals, djs)) return;
   // Slacks from the problem's own rows (reformulations may change rows).
   res.slack.assign(m.rhs.begin(), m.rhs.end());
-  for (size_t e = 0; e < m.mval.size(); ++e) res.slack[m.mrow[e]] -= m.mval[e] * res.x[m.mcol[e]];
+  std::vector<double> activity;
+  if (backend.row_activities(activity)) {
+    for (size_t r = 0; r < activity.size(); ++r) res.slack[r] -= activity[r];
+  } else {
+    for (size_t e = 0; e < m.mval.size(); ++e)
+      res.slack[m.mrow[e]] -= m.mval[e] * res.x[m.mcol[e]];
+  }
   // Prices came back when either vector did: a model without rows has
   // reduced costs but no duals.
   if (!request.mip && (!duals.empty() || !djs.empty()))

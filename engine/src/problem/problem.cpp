@@ -59,7 +59,9 @@ void load_lp(zrvs_problem &p, const LpData &data, const char *who) {
   Model model = build_lp_model(data, who);
   if (!data.name) model.name = p.model.name;
   model.objsense = p.model.objsense;
+  model.formulas.keep_user_functions(p.model.formulas);
   p.model = std::move(model);
+  p.nlp_start = NlpStart();
   p.model_changed();
   p.message(ZRVS_MSG_INFO, "Problem " + p.model.name + " loaded: " + size_text(p.model));
 }

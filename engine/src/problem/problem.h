@@ -38,6 +38,7 @@ struct zrvs_problem {
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
   zorvan::SearchInputs search;  // cut pool, delayed rows, branchings
+  NlpStart nlp_start;           // starting point of the next nonlinear solve
 
   // The solver state that stays with the problem between solves, and what
   // changed in the model since the solver last took it.
@@ -54,6 +55,7 @@ struct zrvs_problem {
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
     results = SolveState();
+    nlp_start.lines_deleted(columns, mask);
     changes.note_deleted(columns, mask);
     search.lines_deleted(columns);
   }

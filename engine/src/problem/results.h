@@ -1,9 +1,11 @@
 // What a solve leaves behind: statuses, counters and the solution vectors.
 #pragma once
 #include <cstdint>
+#include <cstddef>
+#include <limits>
 #include <vector>
 
-#include "zorvan/zrvs.h"
+#include "zorvan/zslp.h"
 
 // Results of one stage of a solve (one priority level of the objectives).
 struct StageResult {
@@ -16,6 +18,11 @@ struct StageResult {
   double objval = 0.0;     // the stage's (blended) objective value
   double bestbound = 0.0;  // MIP dual bound of the stage
   double solvetime = 0.0;
+  // Runs of the nonlinear solver: its status (ZSLP_NLP_...), its own return
+  // code and the seconds spent evaluating functions and derivatives.
+  int nlpstatus = ZSLP_NLP_UNSTARTED;
+  int nlpsolverstatus = 0;
+  double evaltime = 0.0;
 };
 
 // Results of the last solve; statuses use the ZRVS_* values.
@@ -32,6 +39,12 @@ struct SolveState {
   double mipgap = 0.0;
   double solvetime = 0.0;
   int64_t simplexiter = 0, bariter = 0, nodes = 0;
+  // The nonlinear solver's verdict (ZSLP_NLP_UNSTARTED when it did not run),
+  // its own return code, its objective value and evaluation time.
+  int nlpstatus = ZSLP_NLP_UNSTARTED;
+  int nlpsolverstatus = 0;
+  double nlpobjval = 0.0;
+  double evaltime = 0.0;
 
   // Solution vectors of the problem as it was solved.
   bool has_lp_solution = false;   // x, slack, duals, djs of a continuous solve
@@ -55,4 +68,24 @@ struct SolveProgress {
   double mipgap = 1e20;
   bool has_incumbent = false;
   std::vector<double> x, slack;  // the incumbent over the problem's columns and rows
+};
+
+// Where the next nonlinear solve starts: initial values given by the user
+// (NaN: none given) and the last nonlinear solution with its multipliers.
+struct NlpStart {
+  std::vector<double> initial;
+  std::vector<double> x, zl, zu, lambda;
+  static double initial_none() { return std::numeric_limits<double>::quiet_NaN(); }
+
+  // Keeps the entries of the lines that remain after deleting those flagged
+  // in `deleted` (columns or rows); the last solution no longer fits.
+  void lines_deleted(bool columns, const std::vector<char> &deleted) {
+    x.clear(), zl.clear(), zu.clear(), lambda.clear();
+    if (!columns || initial.empty()) return;
+    initial.resize(deleted.size(), initial_none());
+    size_t kept = 0;
+    for (size_t j = 0; j < initial.size(); ++j)
+      if (!deleted[j]) initial[kept++] = initial[j];
+    initial.resize(kept);
+  }
 };

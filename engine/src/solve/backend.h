@@ -41,6 +41,10 @@ class Backend {
   // reduced costs stay empty when the run has none.
   virtual bool solution(std::vector<double> &x, std::vector<double> &duals,
                         std::vector<double> &djs) = 0;
+  // Row activities at the last run's solution when the backend computes
+  // them itself (rows with nonlinear parts); false: the driver computes them
+  // from the linear part.
+  virtual bool row_activities(std::vector<double> &activity) { return false; }
   // The relative MIP gap of the last run.
   virtual double mip_gap() = 0;
   // Keeps what the problem holds after a solve (a simplex basis).

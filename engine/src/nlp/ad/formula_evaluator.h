@@ -7,6 +7,13 @@
 //
 // A formula term of row r contributes (col >= 0 ? x[col] : 1) * factor * f(x)
 // to the row's activity, where f is the formula and col its column.
+//
+// The evaluator keeps the last point's values and derivatives: values,
+// jacobian and hessian at the same x share one pass over the formulas. It is
+// stale once model.formulas.version() or the model's column count changes.
+// At kinks: abs'(0) = 1, sign' = 0, min and max follow the first argument
+// that attains them, pwl takes the piece to the right of a breakpoint. User
+// functions without derivatives are differentiated by central differences.
 #pragma once
 #include <memory>
 #include <string>
@@ -52,6 +59,8 @@ class FormulaEvaluator {
   virtual EvalFailure hessian(const double *x, const double *lambda, double *values) = 0;
   // Text of the last failure (which function, at what argument).
   virtual const std::string &failure_text() const = 0;
+  // Memory held by the compiled formulas and their work arrays, in bytes.
+  virtual size_t tape_bytes() const = 0;
 };
 
 // Compiles every formula of the model; throws zorvan::Error on formulas that
