@@ -1,18 +1,11 @@
 """The cut pool members and lazy constraints through real solves of the
 engine's own branch-and-cut."""
 import itertools
-import math
-import os
-import sys
 
 import numpy as np
 import pytest
 
 import zorvan as z
-
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "examples"))
-import tsp_lazy  # noqa: E402
-
 
 def knapsack(n=12, seed=3):
     rng = np.random.default_rng(seed)
@@ -88,13 +81,3 @@ class TestCutPool:
             p.loadcuts(0, 9)
         with pytest.raises(z.ModelError):
             p.getcutslack(3)
-
-
-def test_lazy_subtours_from_optnode_give_the_shortest_tour():
-    rng = np.random.default_rng(5)
-    pts = [tuple(rng.uniform(0, 100, 2)) for _ in range(8)]
-    length, tour, _ = tsp_lazy.solve_tour(pts)
-    shortest = min(sum(math.dist(pts[a], pts[b]) for a, b in zip((0,) + perm, perm + (0,)))
-                   for perm in itertools.permutations(range(1, 8)))
-    assert length == pytest.approx(shortest)
-    assert len(tsp_lazy.components(8, tour, [1.0] * len(tour))) == 1
