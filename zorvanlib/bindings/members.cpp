@@ -163,6 +163,7 @@ const Binding MemberTable::rows[] = {
 };
 
 int RegisterMembers() {
+  if (RegisterCutMembers() < 0) return -1;
   if (RegisterStateMembers() < 0) return -1;
   if (RegisterTable<MemberTable>(std::make_index_sequence<std::size(MemberTable::rows)>()) < 0)
     return -1;

@@ -8,4 +8,7 @@ int RegisterMembers();
 // The members of the nonlinear solver (members_nonlinear.cpp).
 int RegisterNonlinearMembers();
 
+// The cut pool members (members_cuts.cpp). 0, or -1 with an error.
+int RegisterCutMembers();
+
 }  // namespace zrv

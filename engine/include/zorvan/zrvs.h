@@ -748,6 +748,141 @@ ZRVS_API int ZRVSgetobjintattrib64(ZRVSprob prob, int objidx, int attrib, int64_
 ZRVS_API int ZRVSgetobjdblattrib(ZRVSprob prob, int objidx, int attrib, double *value);
 
 /* ======================================================================== */
+/* Branch and cut: cut pool, delayed rows, branching objects                 */
+/* ======================================================================== */
+
+/* A problem that has cuts in its pool, delayed rows, model cuts, stored
+ * branching objects or branch bounds is solved as a MIP by the engine's own
+ * branch-and-cut on HiGHS's simplex (HiGHS's MIP solver otherwise). Inside
+ * the search, the node callbacks act on the node being solved: "the current
+ * node" below. Outside a search the same calls act on the root of the next
+ * search. The search works on the problem's own columns and rows (it does
+ * not presolve), so original and presolved indices are the same. */
+
+/* Integer control: 0 (default) HiGHS's MIP solver unless the problem needs
+ * the engine's branch-and-cut; 1 the engine's branch-and-cut for every MIP. */
+#define ZRVS_MIPSEARCH 8290
+
+/* A cut of the pool; valid until deleted with ZRVSdelcpcuts. */
+typedef struct zrvs_cut *ZRVScut;
+
+/* Cut types are user tags. Where a call selects cuts by type, interp says
+ * how: -1 every cut, 1 type equal to cuttype, 2 type sharing a bit with
+ * cuttype, 3 type holding every bit of cuttype. ncuts -1 takes every cut so
+ * selected; otherwise the ncuts handles given (and selected). */
+
+/* Stores cuts in the pool: cut k is sum of cutcoef[e] x[colind[e]] for e in
+ * start[k] .. start[k+1]-1 (the last ending at start[ncuts]), type
+ * cuttype[k], row type 'L', 'G' or 'E' and right-hand side rhs[k]. nodups 0
+ * stores every cut; 1 gives an equal stored cut's handle instead of storing
+ * it again; 2 as 1 whatever the type. cutind (may be NULL) receives the
+ * handles. Pool cuts must hold for every integer solution: the search adds
+ * those its node solutions violate. */
+ZRVS_API int ZRVSstorecuts64(ZRVSprob prob, int ncuts, int nodups, const int cuttype[],
+                             const char rowtype[], const double rhs[], const int64_t start[],
+                             ZRVScut cutind[], const int colind[], const double cutcoef[]);
+/* Stores cuts as ZRVSstorecuts64 and loads them into the current node. */
+ZRVS_API int ZRVSaddcuts64(ZRVSprob prob, int ncuts, const int cuttype[], const char rowtype[],
+                           const double rhs[], const int64_t start[], const int colind[],
+                           const double cutcoef[]);
+/* Loads pool cuts into the current node (and the nodes below it). */
+ZRVS_API int ZRVSloadcuts(ZRVSprob prob, int cuttype, int interp, int ncuts,
+                          const ZRVScut cutind[]);
+/* Removes cuts loaded at the current node from its LP (they stay in the
+ * pool). basis 1 keeps cuts that are tight at the node's LP solution; delta
+ * removes only cuts whose slack exceeds it (outside a search both are
+ * ignored). */
+ZRVS_API int ZRVSdelcuts(ZRVSprob prob, int basis, int cuttype, int interp, double delta,
+                         int ncuts, const ZRVScut cutind[]);
+/* Deletes cuts from the pool; their handles become invalid. */
+ZRVS_API int ZRVSdelcpcuts(ZRVSprob prob, int cuttype, int interp, int ncuts,
+                           const ZRVScut cutind[]);
+/* Cuts loaded at the current node: *ncuts receives their number, cutind
+ * (may be NULL) at most maxcuts handles. */
+ZRVS_API int ZRVSgetcutlist(ZRVSprob prob, int cuttype, int interp, int *ncuts, int maxcuts,
+                            ZRVScut cutind[]);
+/* Pool cuts violated by at least delta at the current node's LP solution
+ * (outside a search: at the last solution; without one, violation 0):
+ * *ncuts receives their number, cutind and viol (may be NULL) at most
+ * maxcuts handles and violations. */
+ZRVS_API int ZRVSgetcpcutlist(ZRVSprob prob, int cuttype, int interp, double delta, int *ncuts,
+                              int maxcuts, ZRVScut cutind[], double viol[]);
+/* The cuts of ncuts handles: types, row types, right-hand sides, start
+ * offsets (ncuts+1) and at most maxcoefs coefficients; *ncoefs (may be
+ * NULL) receives their total. Any array may be NULL. */
+ZRVS_API int ZRVSgetcpcuts64(ZRVSprob prob, const ZRVScut cutind[], int ncuts, int64_t maxcoefs,
+                             int64_t *ncoefs, int cuttype[], char rowtype[], int64_t start[],
+                             int colind[], double cutcoef[], double rhs[]);
+/* The row of each cut in the current node's LP (-1: not in it). */
+ZRVS_API int ZRVSgetcutmap(ZRVSprob prob, int ncuts, const ZRVScut cutind[], int cutmap[]);
+/* rhs - activity of a cut at the current node's LP solution (outside a
+ * search: at the last solution). */
+ZRVS_API int ZRVSgetcutslack(ZRVSprob prob, ZRVScut cut, double *slack);
+
+/* Delayed rows are left out of the LPs and checked at every integer
+ * solution; a violated one joins the LPs from then on. Model cuts are left
+ * out as well and join the LPs when a node's solution violates them. A row
+ * marked both ways is a model cut. Deleting rows clears both marks. */
+ZRVS_API int ZRVSloaddelayedrows(ZRVSprob prob, int nrows, const int rowind[]);
+ZRVS_API int ZRVSloadmodelcuts(ZRVSprob prob, int nrows, const int rowind[]);
+
+/* A stored set of bound changes ('L', 'U', 'B'), for ZRVSsetbranchbounds;
+ * freed with its problem. */
+ZRVS_API int ZRVSstorebounds(ZRVSprob prob, int nbounds, const int colind[],
+                             const char bndtype[], const double bndval[], void **bounds);
+/* Tightens the current node (and the nodes below it) by stored bounds. */
+ZRVS_API int ZRVSsetbranchbounds(ZRVSprob prob, void *bounds);
+/* Loads pool cuts into the current node, as ZRVSloadcuts with the handles. */
+ZRVS_API int ZRVSsetbranchcuts(ZRVSprob prob, int ncuts, const ZRVScut cutind[]);
+
+/* Branching objects: a branching of a node into branches, each with bound
+ * changes, rows and pool cuts that hold in that branch. Stored at a node
+ * (ZRVS_bo_store in a node callback), the search branches the node by it
+ * instead of by a column; stored outside a search, it branches the root of
+ * the next search. */
+typedef struct zrvs_branchobject *ZRVSbranchobject;
+/* isoriginal 1: indices of the problem's columns; 0: of the presolved
+ * problem, which for this search is the same. */
+ZRVS_API int ZRVS_bo_create(ZRVSbranchobject *bo, ZRVSprob prob, int isoriginal);
+ZRVS_API int ZRVS_bo_destroy(ZRVSbranchobject bo);
+/* Hands a copy to the search (the object stays the caller's). Fails when
+ * the object is not valid (see ZRVS_bo_validate). */
+ZRVS_API int ZRVS_bo_store(ZRVSbranchobject bo);
+/* Appends nbranches empty branches. */
+ZRVS_API int ZRVS_bo_addbranches(ZRVSbranchobject bo, int nbranches);
+ZRVS_API int ZRVS_bo_getbranches(ZRVSbranchobject bo, int *nbranches);
+/* Bounds of a branch: bndtype 'L', 'U' or 'B' on column colind[k]. */
+ZRVS_API int ZRVS_bo_addbounds(ZRVSbranchobject bo, int branch, int nbounds,
+                               const char bndtype[], const int colind[], const double bndval[]);
+/* *nbounds receives the count; arrays (may be NULL) at most maxbounds. */
+ZRVS_API int ZRVS_bo_getbounds(ZRVSbranchobject bo, int branch, int *nbounds, int maxbounds,
+                               char bndtype[], int colind[], double bndval[]);
+/* Rows of a branch ('L', 'G', 'E'), by start offsets as ZRVSaddrows64. */
+ZRVS_API int ZRVS_bo_addrows(ZRVSbranchobject bo, int branch, int nrows, int ncoefs,
+                             const char rowtype[], const double rhs[], const int start[],
+                             const int colind[], const double rowcoef[]);
+/* *nrows and *ncoefs receive the counts; arrays (may be NULL) at most
+ * maxrows rows and maxcoefs coefficients; start gets rows+1 offsets. */
+ZRVS_API int ZRVS_bo_getrows(ZRVSbranchobject bo, int branch, int *nrows, int maxrows,
+                             int *ncoefs, int maxcoefs, char rowtype[], double rhs[],
+                             int start[], int colind[], double rowcoef[]);
+/* Pool cuts loaded in a branch. */
+ZRVS_API int ZRVS_bo_addcuts(ZRVSbranchobject bo, int branch, int ncuts, const ZRVScut cutind[]);
+/* Among objects stored at one node the one of lowest priority value is
+ * used (default 0). */
+ZRVS_API int ZRVS_bo_setpriority(ZRVSbranchobject bo, int priority);
+/* The branch the search explores first (default: branch 0). */
+ZRVS_API int ZRVS_bo_setpreferredbranch(ZRVSbranchobject bo, int branch);
+/* A number that identifies the object (1, 2, ... in order of creation). */
+ZRVS_API int ZRVS_bo_getid(ZRVSbranchobject bo, int *id);
+/* Checks that the object has a branch and that every column, row and cut
+ * it names exists; the error text says what does not. */
+ZRVS_API int ZRVS_bo_validate(ZRVSbranchobject bo);
+/* The object's last error, as ZRVS_ge_getlasterror. */
+ZRVS_API int ZRVS_bo_getlasterror(ZRVSbranchobject bo, int *msgcode, char *msg, int maxbytes,
+                                  int *nbytes);
+
+/* ======================================================================== */
 /* Solver callbacks                                                          */
 /* ======================================================================== */
 
@@ -794,7 +929,6 @@ ZRVS_API int ZRVSgetobjdblattrib(ZRVSprob prob, int objidx, int attrib, double *
  *    chgbranchobject, mipthread, destroymt: events of a branch-and-bound
  *    tree; HiGHS's search offers no such events, so they fire only when the
  *    engine's own branch-and-cut runs the search. */
-typedef struct zrvs_branchobject *ZRVSbranchobject;
 
 typedef void (*ZRVS_cbbariteration)(ZRVSprob prob, void *data, int *action);
 typedef int (*ZRVS_cbbarlog)(ZRVSprob prob, void *data);

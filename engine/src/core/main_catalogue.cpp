@@ -63,6 +63,7 @@ std::vector<CatalogueEntry> build() {
       dbl_control(ZRVS_HEUREMPHASIS, "heuremphasis", 0.05, 0.0, 1.0),
       int_control(ZRVS_SYMMETRY, "symmetry", 1, 0, 1),
       int_control(ZRVS_SCALING, "scaling", 1, 0, 1),
+      int_control(ZRVS_MIPSEARCH, "mipsearch", 0, 0, 1),
       // Targets of the gapnotify callback; the defaults arm nothing.
       dbl_control(ZRVS_MIPRELGAPNOTIFY, "miprelgapnotify", -1.0, -1.0, kInf),
       dbl_control(ZRVS_MIPABSGAPNOTIFY, "mipabsgapnotify", -1.0, -1.0, kInf),

@@ -8,6 +8,7 @@
 #include "nlp/ipopt/backend.h"
 #include "optimize/problem_class.h"
 #include "optimize/solution.h"
+#include "search/search_backend.h"
 #include "solve/highs/backend.h"
 #include "solve/qp_verify.h"
 
@@ -115,6 +116,11 @@ void optimize(zrvs_problem &p, SolveKind kind, const char *flags, const char *wh
   request.relaxation = discrete && !request.mip;
   const ProblemClass problem_class = classify_known(m, request.mip);
   std::unique_ptr<Backend> backend = backend_for(problem_class, p, who);
+  // HiGHS's MIP solver has no hooks inside its tree: a MIP with cut pool
+  // entries, delayed rows, model cuts, branching objects or node callbacks
+  // runs on the engine's own branch-and-cut.
+  if (request.mip && problem_class == ProblemClass::mip && needs_own_search(p))
+    backend.reset(new SearchBackend(p));
   backend->prepare(request);
   std::vector<Stage> stages = objective_stages(m);
 

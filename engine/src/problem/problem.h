@@ -17,6 +17,7 @@
 #include "problem/results.h"
 #include "problem/iis_sets.h"
 #include "problem/starts.h"
+#include "problem/search_inputs.h"
 #include "zorvan/zrvs.h"
 #include "zorvan/zslp.h"
 
@@ -40,6 +41,7 @@ struct zrvs_problem {
   zorvan::EventRegistry events;  // the problem's callbacks, messages among them
   std::atomic<int> interrupt_reason{ZRVS_STOP_NONE};
   zslp_problem *slp = nullptr;  // attached nonlinear problem, owned
+  zorvan::SearchInputs search;  // cut pool, delayed rows, branchings
   NlpStart nlp_start;           // starting point of the next nonlinear solve
 
   // The solver state that stays with the problem between solves, and what
@@ -88,6 +90,7 @@ struct zrvs_problem {
       starts.rows_changed();
     nlp_start.lines_deleted(columns, mask);
     changes.note_deleted(columns, mask);
+    search.lines_deleted(columns);
   }
 
   // Message codes (ZRVS_MSGCODE_...) whose messages are suppressed, and the
