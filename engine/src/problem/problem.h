@@ -57,33 +57,36 @@ struct zrvs_problem {
   // longer describe it. `what` tells the solver how much it must take
   // again; by default, everything.
   void model_changed(zorvan::Change what = zorvan::Change::anything) {
+    results_outdated();
+    changes.note(what);
+  }
+  // What every change makes stale: results and infeasible subsystems.
+  void results_outdated() {
     results = SolveState();
     iis.clear();
-    changes.note(what);
   }
   // Called by changes of values on known lines (column bounds; sides,
   // ranges or types of rows; costs of the first objective; the sense), so
   // that a re-solve looks at those lines only.
   void column_bounds_changed(int n, const int *index) {
-    results = SolveState();
+    results_outdated();
     changes.note_column_bounds(n, index, model.cols());
   }
   void rows_changed(int n, const int *index) {
-    results = SolveState();
+    results_outdated();
     changes.note_rows(n, index, model.rows());
   }
   void costs_changed(int n, const int *index) {
-    results = SolveState();
+    results_outdated();
     changes.note_costs(n, index, model.cols() + 1);
   }
   void sense_changed() {
-    results = SolveState();
+    results_outdated();
     changes.note_sense();
   }
   // Called after deleting the columns (or rows) flagged in `mask`.
   void lines_deleted(bool columns, const std::vector<char> &mask) {
-    results = SolveState();
-    iis.clear();
+    results_outdated();
     if (columns)
       starts.columns_deleted(mask);
     else
