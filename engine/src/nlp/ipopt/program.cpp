@@ -71,6 +71,7 @@ bool IpoptProgram::get_starting_point(Ipopt::Index n, bool init_x, Ipopt::Number
   if (init_x) {
     for (int j = 0; j < n; ++j)
       x[j] = std::min(std::max(start_x_[j], f_.col_lower()[j]), f_.col_upper()[j]);
+    satisfy_defining_rows(x);
   }
   if (init_z || init_lambda) {
     if (!start_multipliers_) return false;
@@ -82,6 +83,39 @@ bool IpoptProgram::get_starting_point(Ipopt::Index n, bool init_x, Ipopt::Number
       std::copy(start_multipliers_->lambda.begin(), start_multipliers_->lambda.end(), lambda);
   }
   return true;
+}
+
+void IpoptProgram::satisfy_defining_rows(double *x) {
+  // A free column that enters one equality row, linearly, and nothing else
+  // but the objective (the column that carries a nonlinear objective) is
+  // defined by that row: it starts where the row holds, so that the first
+  // iterate does not start far from feasible for no reason.
+  const int n = f_.cols(), m = f_.rows();
+  const Pattern &jac = f_.jacobian_pattern();
+  const Pattern &hess = f_.hessian_pattern();
+  std::vector<int> uses(n, 0), row_of(n, -1);
+  for (size_t k = 0; k < jac.size(); ++k) ++uses[jac.col[k]], row_of[jac.col[k]] = jac.row[k];
+  for (size_t k = 0; k < hess.size(); ++k) uses[hess.row[k]] = uses[hess.col[k]] = -1;
+  std::vector<char> defined(n, 0);
+  bool any = false;
+  for (int j = 0; j < n; ++j)
+    if (uses[j] == 1 && f_.col_lower()[j] <= -ZRVS_PLUSINFINITY &&
+        f_.col_upper()[j] >= ZRVS_PLUSINFINITY &&
+        f_.row_lower()[row_of[j]] == f_.row_upper()[row_of[j]])
+      defined[j] = 1, any = true;
+  if (!any) return;
+  std::vector<double> g(m), jv(jac.size());
+  if (f_.activities(x, g.data()) != EvalFailure::none ||
+      f_.jacobian(x, jv.data()) != EvalFailure::none)
+    return;
+  std::vector<char> moved(m, 0);
+  for (size_t k = 0; k < jac.size(); ++k) {
+    const int j = jac.col[k], r = jac.row[k];
+    if (!defined[j] || jv[k] == 0.0 || moved[r]) continue;
+    // One column per row, so that each row's shift is exact.
+    moved[r] = 1;
+    x[j] += (f_.row_lower()[r] - g[r]) / jv[k];
+  }
 }
 
 bool IpoptProgram::eval_f(Ipopt::Index, const Ipopt::Number *x, bool, Ipopt::Number &obj) {

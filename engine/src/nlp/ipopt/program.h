@@ -72,6 +72,8 @@ class IpoptProgram : public Ipopt::TNLP {
   const FinalPoint &final_point() const { return final_; }
 
  private:
+  // Moves free columns defined by one equality row to where that row holds.
+  void satisfy_defining_rows(double *x);
   // Notes a failed evaluation; false tells Ipopt that it failed.
   bool evaluated(EvalFailure f);
 
