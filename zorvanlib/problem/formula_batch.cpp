@@ -93,4 +93,18 @@ int RecountNonlinearRows(ProblemObject *p) {
   return 0;
 }
 
+int ReadPairFormula(ZSLPprob slp, int row, int col, double *factor, std::vector<int> &type,
+                    std::vector<double> &value) {
+  int ntypes = 0;
+  int rc = CallUnlocked(
+      [&] { return ZSLPgetcoefformula(slp, row, col, factor, 1, 0, &ntypes, nullptr, nullptr); });
+  if (rc != 0) return rc;
+  type.resize(static_cast<size_t>(ntypes));
+  value.resize(static_cast<size_t>(ntypes));
+  return CallUnlocked([&] {
+    return ZSLPgetcoefformula(slp, row, col, factor, 1, ntypes, &ntypes, type.data(),
+                              value.data());
+  });
+}
+
 }  // namespace zrv

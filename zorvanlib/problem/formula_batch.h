@@ -53,4 +53,9 @@ int FindTransfer(ProblemObject *p, int *row, int *col);
 // carry formulas (nl_constraints is set to 0 when none does). 0 or -1.
 int RecountNonlinearRows(ProblemObject *p);
 
+// Reads the formula of one (row, column) pair of the engine (the sum of its
+// terms) into factor, type and value; the engine's status (0: read).
+int ReadPairFormula(ZSLPprob slp, int row, int col, double *factor, std::vector<int> &type,
+                    std::vector<double> &value);
+
 }  // namespace zrv

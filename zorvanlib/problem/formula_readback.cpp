@@ -58,17 +58,8 @@ PyObject *RowFormulas(PyObject *, PyObject *args) {
            cols[static_cast<size_t>(k) + 1] == col)
       ++terms, ++k;
     double factor = 1.0;
-    int ntypes = 0;
-    rc = CallUnlocked(
-        [&] { return ZSLPgetcoefformula(slp, row, col, &factor, 1, 0, &ntypes, nullptr, nullptr); });
-    if (rc == 0) {
-      type.resize(static_cast<size_t>(ntypes));
-      value.resize(static_cast<size_t>(ntypes));
-      rc = CallUnlocked([&] {
-        return ZSLPgetcoefformula(slp, row, col, &factor, 1, ntypes, &ntypes, type.data(),
-                                  value.data());
-      });
-    }
+    rc = ReadPairFormula(slp, row, col, &factor, type, value);
+    const int ntypes = static_cast<int>(type.size());
     if (rc != 0) {
       Py_DECREF(result);
       return RaiseSlpError(p, "The formulas could not be read"), nullptr;

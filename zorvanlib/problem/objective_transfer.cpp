@@ -45,18 +45,9 @@ int ReadRowFormulas(ProblemObject *p, int row, FormulaBatch &out) {
     // A pair with several terms comes once per term; its formula is their sum.
     if (rows[static_cast<size_t>(k)] != row || col == previous) continue;
     previous = col;
-    int ntypes = 0;
     double factor = 1.0;
-    rc = CallUnlocked(
-        [&] { return ZSLPgetcoefformula(slp, row, col, &factor, 1, 0, &ntypes, nullptr, nullptr); });
-    if (rc == 0) {
-      type.resize(static_cast<size_t>(ntypes));
-      value.resize(static_cast<size_t>(ntypes));
-      rc = CallUnlocked([&] {
-        return ZSLPgetcoefformula(slp, row, col, &factor, 1, ntypes, &ntypes, type.data(),
-                                  value.data());
-      });
-    }
+    rc = ReadPairFormula(slp, row, col, &factor, type, value);
+    const int ntypes = static_cast<int>(type.size());
     if (rc != 0) return RaiseSlpError(p, "The objective's formulas could not be read");
     FormulaTokens &t = out.tokens();
     t.Reserve(static_cast<size_t>(ntypes));
